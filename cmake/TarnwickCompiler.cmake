@@ -1,0 +1,23 @@
+# Warnings, hardening and definitions, as one interface target that all of our own code links.
+add_library(tarnwick_options INTERFACE)
+target_include_directories(tarnwick_options INTERFACE ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/include)
+
+if(MSVC)
+  target_compile_options(tarnwick_options INTERFACE /W4 /permissive- /utf-8 /EHsc $<$<BOOL:${TARNWICK_WARNINGS_AS_ERRORS}>:/WX>)
+else()
+  target_compile_options(tarnwick_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion
+                         $<$<BOOL:${TARNWICK_WARNINGS_AS_ERRORS}>:-Werror>)
+endif()
+
+if(WIN32)
+  target_compile_definitions(tarnwick_options INTERFACE
+    UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0A00 WINVER=0x0A00)
+  if(MINGW)
+    # Static runtimes: the library must import nothing but system DLLs.
+    target_link_options(tarnwick_options INTERFACE -static -Wl,--dynamicbase,--high-entropy-va,--nxcompat)
+  endif()
+elseif(TARNWICK_SANITIZE)
+  target_compile_options(tarnwick_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
+                         -fno-omit-frame-pointer)
+  target_link_options(tarnwick_options INTERFACE -fsanitize=address,undefined)
+endif()

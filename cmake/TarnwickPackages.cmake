@@ -1,0 +1,34 @@
+# Libraries from outside, for tests, tools and benches only: the product links none of them.
+
+# Header-only packages of the system's lie in /usr/include, which a cross build must never see whole. This gives a
+# target a folder of the build tree that links to just the headers asked for.
+function(tarnwick_use_headers target)
+  set(folder ${PROJECT_BINARY_DIR}/system-headers)
+  file(MAKE_DIRECTORY ${folder})
+  foreach(package ${ARGN})
+    find_path(TARNWICK_${package}_ROOT ${package} PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH)
+    if(NOT TARNWICK_${package}_ROOT)
+      message(FATAL_ERROR "The headers of '${package}' are not installed; see scripts/lib/packages.sh for the package.")
+    endif()
+    file(CREATE_LINK ${TARNWICK_${package}_ROOT}/${package} ${folder}/${package} SYMBOLIC)
+  endforeach()
+  target_include_directories(${target} SYSTEM PRIVATE ${folder})
+endfunction()
+
+# GoogleTest from Debian's sources, built for the target platform, or the toolchain's own package.
+function(tarnwick_add_googletest)
+  if(EXISTS /usr/src/googletest/CMakeLists.txt)
+    set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+    add_subdirectory(/usr/src/googletest ${PROJECT_BINARY_DIR}/googletest EXCLUDE_FROM_ALL)
+    foreach(library gtest gtest_main gmock gmock_main)
+      if(TARGET ${library})
+        if(NOT TARNWICK_SANITIZE)
+          continue()
+        endif()
+        target_compile_options(${library} PRIVATE -fsanitize=address,undefined)
+      endif()
+    endforeach()
+  else()
+    find_package(GTest CONFIG REQUIRED)
+  endif()
+endfunction()

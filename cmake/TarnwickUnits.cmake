@@ -1,0 +1,9 @@
+# The eight subsystems, in the order in which they may include each other, and the units that build without Windows.
+set(TARNWICK_SUBSYSTEMS foundation catalogue matching steam launchers inventory focus core)
+
+# Readers turn bytes into records and know nothing of Windows; the name says so. The few other units that are
+# as free of it are listed by hand.
+file(GLOB TARNWICK_NATIVE_UNITS CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/*/*_reader.cpp)
+list(APPEND TARNWICK_NATIVE_UNITS
+  ${PROJECT_SOURCE_DIR}/src/foundation/text.cpp
+  ${PROJECT_SOURCE_DIR}/src/matching/path_text.cpp)

@@ -1,0 +1,9 @@
+// Edge: the process-wide locks.
+#include "foundation/locks.h"
+
+namespace tarnwick {
+
+CriticalSection g_apiLock;
+CriticalSection g_cacheLock;
+
+}  // namespace tarnwick
