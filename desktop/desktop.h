@@ -1,11 +1,11 @@
 #pragma once
-// Builds a desktop: registry keys, files, folders and executables, as launchers and installers leave them. Tests, the
-// demo and the benches share it. What a Desktop made, and nothing else, goes when it is destroyed: a value or file
-// that stood there before gets its old content back.
+// Builds a desktop: registry keys, files, folders and executables, as launchers and installers leave them.
+// Tests, the demo and the benches share it. What a Desktop made, and nothing else, goes when it is destroyed:
+// a value or file that stood there before gets its old content back.
 //
 // All texts are UTF-8; paths are absolute, with backslashes; keys begin with a hive's long name, such as
-// HKEY_LOCAL_MACHINE\SOFTWARE\Foo. Every function throws std::runtime_error with the path or key in its text when
-// something can't be made. Constructing a Desktop throws unless TARNWICK_THROWAWAY_MACHINE is 1.
+// HKEY_LOCAL_MACHINE\SOFTWARE\Foo. Every function throws std::runtime_error with the path or key in its text
+// when something can't be made. Constructing a Desktop throws unless TARNWICK_THROWAWAY_MACHINE is 1.
 
 #include <cstdint>
 #include <map>
@@ -20,8 +20,8 @@ enum class View { kNative, k32, k64 };
 
 // One icon image of an executable or .ico file: a square of one colour.
 struct IconImage {
-  int size = 32;              // pixels, both ways; 256 is stored as PNG, smaller ones as bitmaps
-  uint32_t rgb = 0x3366CC;    // 0xRRGGBB
+  int size = 32;            // pixels, both ways; 256 is stored as PNG, smaller ones as bitmaps
+  uint32_t rgb = 0x3366CC;  // 0xRRGGBB
 };
 
 // One icon resource: the images it offers.
@@ -42,6 +42,8 @@ struct ExecutableOptions {
   uint64_t size = 0;                     // padded with zeros up to this many bytes
 };
 
+struct MadeThing;  // one step of making (journal.h)
+
 class Desktop {
  public:
   Desktop();
@@ -49,15 +51,25 @@ class Desktop {
   Desktop(Desktop&&) noexcept;
   Desktop& operator=(Desktop&&) noexcept;
 
-  void Keep();    // what was made stays when this is destroyed
-  void Remove();  // takes everything away now, in the reverse order of making
+  void Keep();  // what was made stays when this is destroyed
+
+  // Takes everything away now, in the reverse order of making. A folder or key that holds something else by
+  // then stays. Goes on behind what can't be removed, and throws the first such failure at the end.
+  void Remove();
+
+  // What was made so far, in order; and the way to take it over, in this process or another (journal.h).
+  const std::vector<MadeThing>& Made() const;
+  explicit Desktop(std::vector<MadeThing> made);
 
   // Files. Missing parent folders are made, and belong to this desktop.
   void Folder(const std::string& path);
   void File(const std::string& path, std::string_view bytes = "tarnwick");
   void SparseFile(const std::string& path, uint64_t size);  // zeros that take no room on the disk
   void ModifiedTime(const std::string& path, int64_t unixSeconds);
-  void Junction(const std::string& path, const std::string& target);  // a folder that leads to another
+
+  // A folder that leads to another. Under Wine, which knows no junctions, a symbolic link of the system
+  // below: it has the attribute of a reparse point too. Removing it leaves the target alone.
+  void Junction(const std::string& path, const std::string& target);
 
   // Real 64-bit PE files (they run and end with code 0), and .ico files.
   void Executable(const std::string& path, const ExecutableOptions& options = {});
@@ -65,14 +77,16 @@ class Desktop {
 
   // Registry. The view matters below HKEY_LOCAL_MACHINE\SOFTWARE only.
   void Key(const std::string& key, View view = View::kNative);
-  void String(const std::string& key, const std::string& name, const std::string& text, View view = View::kNative);
+  void String(const std::string& key, const std::string& name, const std::string& text,
+              View view = View::kNative);
   void ExpandString(const std::string& key, const std::string& name, const std::string& text,
                     View view = View::kNative);
   void MultiString(const std::string& key, const std::string& name, const std::vector<std::string>& texts,
                    View view = View::kNative);
   void Dword(const std::string& key, const std::string& name, uint32_t value, View view = View::kNative);
   void Qword(const std::string& key, const std::string& name, uint64_t value, View view = View::kNative);
-  void Binary(const std::string& key, const std::string& name, std::string_view bytes, View view = View::kNative);
+  void Binary(const std::string& key, const std::string& name, std::string_view bytes,
+              View view = View::kNative);
   // Any type with any bytes: odd lengths, no terminator.
   void RawValue(const std::string& key, const std::string& name, uint32_t type, std::string_view bytes,
                 View view = View::kNative);
