@@ -26,20 +26,20 @@ struct IconImage {
 
 // One icon resource: the images it offers.
 struct IconGroup {
-  std::vector<IconImage> images;
+  std::vector<IconImage> images = {};
 };
 
 // One string table of a version resource.
 struct VersionStrings {
   uint16_t language = 0x0409;
   uint16_t codePage = 1200;
-  std::map<std::string, std::string> values;  // such as {"FileDescription", "..."}
+  std::map<std::string, std::string> values = {};  // such as {"FileDescription", "..."}
 };
 
 struct ExecutableOptions {
-  std::vector<IconGroup> icons;
-  std::vector<VersionStrings> versions;  // empty: no version resource
-  uint64_t size = 0;                     // padded with zeros up to this many bytes
+  std::vector<IconGroup> icons = {};
+  std::vector<VersionStrings> versions = {};  // empty: no version resource
+  uint64_t size = 0;                          // padded with zeros up to this many bytes
 };
 
 struct MadeThing;  // one step of making (journal.h)
