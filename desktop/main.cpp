@@ -1,0 +1,95 @@
+// tarnwick-desktop.exe: builds a described desktop that stays, and removes it later.
+#include "desktop/description.h"
+#include "desktop/journal.h"
+#include "desktop/wide_text.h"
+#include "foundation/windows_api.h"
+
+#include <shellapi.h>
+
+#include <CLI/CLI.hpp>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+
+namespace {
+
+using namespace tarnwick::desktop;
+
+constexpr int kFailed = 1;
+constexpr int kWrongUse = 2;
+
+std::filesystem::path PathOf(const std::string& path) { return Wide(path); }
+
+std::string ReadFile(const std::string& path) {
+  std::ifstream stream(PathOf(path), std::ios::binary);
+  if (!stream) throw std::runtime_error("can't open '" + path + "'");
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+void WriteNewFile(const std::string& path, const std::string& text) {
+  std::ofstream stream(PathOf(path), std::ios::binary);
+  stream << text;
+  stream.close();
+  if (!stream) throw std::runtime_error("can't write '" + path + "'");
+}
+
+void Build(const std::string& description, const std::string& state) {
+  if (std::filesystem::exists(PathOf(state)))
+    throw std::runtime_error("'" + state + "' exists: a desktop stands already; remove it first");
+  const std::string json = ReadFile(description);
+  Desktop desktop;
+  ApplyDescription(desktop, json);
+  WriteNewFile(state, StateText(desktop));
+  desktop.Keep();
+  std::printf("Made %zu things. Their list is in %s.\n", desktop.Made().size(), state.c_str());
+}
+
+// The state file stays if something can't be removed, so that removing can be tried again.
+void Remove(const std::string& state) {
+  Desktop desktop = DesktopFromState(ReadFile(state));
+  const size_t count = desktop.Made().size();
+  desktop.Remove();
+  std::filesystem::remove(PathOf(state));
+  std::printf("Removed %zu things.\n", count);
+}
+
+// The arguments as UTF-8, last first, as the parser takes them: those of main are in the ANSI code page.
+std::vector<std::string> Arguments() {
+  int count = 0;
+  wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count);
+  std::vector<std::string> arguments;
+  for (int number = count - 1; number > 0; --number) arguments.push_back(Narrow(wide[number]));
+  LocalFree(wide);
+  return arguments;
+}
+
+}  // namespace
+
+int main() {
+  SetConsoleOutputCP(CP_UTF8);
+  CLI::App app(
+      "Builds a desktop - registry keys, files, executables - from a description, and removes it again.",
+      "tarnwick-desktop");
+  app.footer(
+      "Set TARNWICK_THROWAWAY_MACHINE=1: the machine must be one that may be spoilt.\n"
+      "Exit code: 0 done, 1 failed, 2 wrong command line.");
+  app.require_subcommand(1);
+  std::string description;
+  std::string state = "tarnwick-desktop-state.json";
+  CLI::App* build = app.add_subcommand("build", "Build a desktop that stays");
+  build->add_option("DESCRIPTION", description, "The description, a JSON file (docs/desktop.md)")->required();
+  build->add_option("--state", state, "Where to list what was made")->capture_default_str();
+  CLI::App* remove = app.add_subcommand("remove", "Remove exactly what a build made");
+  remove->add_option("--state", state, "The list that the build left")->capture_default_str();
+  try {
+    app.parse(Arguments());
+    *build ? Build(description, state) : Remove(state);
+    return 0;
+  } catch (const CLI::ParseError& error) {
+    return app.exit(error) == 0 ? 0 : kWrongUse;
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "tarnwick-desktop: %s\n", error.what());
+    return kFailed;
+  }
+}
