@@ -96,7 +96,7 @@ void ApplyPackage(Desktop& desktop, const Node& node, std::vector<StoreEntitleme
 void ApplyEpic(Desktop& desktop, const Node& node) {
   OnlyMembers(node, {"dataPath", "items", "launcherInstalled"});
   const std::string data = PathMember(node, "dataPath", "%ProgramData%\\Epic\\EpicGamesLauncher\\Data");
-  desktop.String("HKEY_LOCAL_MACHINE\\SOFTWARE\\Epic Games\\EpicGamesLauncher", "AppDataPath", data + "\\",
+  desktop.String("HKEY_LOCAL_MACHINE\\SOFTWARE\\Epic Games\\EpicGamesLauncher", "AppDataPath", data,
                  View::k32);
   for (const Node& item : ItemsMember(node, "items")) {
     const EpicGame game = ReadEpicGame(item);

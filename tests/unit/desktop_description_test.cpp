@@ -174,7 +174,7 @@ TEST(DesktopDescription, BuildsTheLaunchersThatKeepFiles) {
   const std::string data = Environment(L"ProgramData");
   EXPECT_EQ(
       Value(R"(HKEY_LOCAL_MACHINE\SOFTWARE\Epic Games\EpicGamesLauncher)", "AppDataPath", KEY_WOW64_32KEY),
-      data + R"(\Epic\EpicGamesLauncher\Data\)");
+      data + R"(\Epic\EpicGamesLauncher\Data)");
   EXPECT_THAT(Content(data + R"(\Epic\EpicGamesLauncher\Data\Manifests\TarnwickWren.item)"),
               HasSubstr("Wren"));
   EXPECT_THAT(Content(data + R"(\Epic\UnrealEngineLauncher\LauncherInstalled.dat)"),
