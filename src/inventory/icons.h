@@ -1,0 +1,56 @@
+#pragma once
+// Icons of applications and games: from what the registry says, from a folder search, and as PNG data URIs.
+//
+// Nothing here reports an error: each failing source gives way to the next, and no icon is an empty Icon.
+// Every Icon is the caller's own. All calls want COM set up on the calling thread, except LoadAppIconLazy,
+// which sees to it itself.
+
+#include "foundation/owner.h"
+#include "inventory/app_record.h"
+#include "inventory/png.h"
+
+#include <cstdint>
+#include <string>
+
+namespace tarnwick {
+
+// What a DisplayIcon text such as `"C:\Games\Foo\foo.exe",0` refers to.
+struct IconReference {
+  std::wstring path;
+  int32_t index = 0;
+};
+
+// The outer quotes and the index behind the last comma are taken off; environment variables are expanded,
+// except where something follows a closing quote.
+IconReference ParseIconReference(const std::wstring& text);
+
+// Fills IconDataUri and sets IconLoaded; does nothing where that is set already. An application without an
+// icon of its own gets the system's generic one. The caller holds g_cacheLock if the record is in the cache.
+void LoadAppIconLazy(AppRecord& record);
+
+// The icon that DisplayIcon refers to, unless that is an installer's or uninstaller's; otherwise the best one
+// in InstallLocation, or in the uninstaller's folder where that is empty. Reads these three fields only.
+Icon ResolveAppIcon(const AppRecord& record);
+
+// The game.ico of a game that WeGame installed, otherwise the icon of the largest executable in the folder
+// and the two levels below it, where "client", "main" or "app" in the name counts for 50 MiB.
+Icon TryLoadIconFromInstallLocation(const std::wstring& folder);
+Icon TryLoadWeGameIcon(const std::wstring& folder);
+
+// An icon of an executable, library or .ico file, as large as there is, up to 256 pixels. Sources in order:
+// PrivateExtractIconsW, the shell's image lists, ExtractIconExW, the shell's icon. A missing path is mended
+// first.
+Icon LoadIconFromFile(const std::wstring& path, int32_t index);
+
+// The image nearest 256 pixels of an .ico file; empty if the file is missing.
+Icon LoadIcoFile(const std::wstring& path);
+
+// The system's generic application icon.
+Icon LoadStockApplicationIcon();
+
+// For a path that names no file because a title's colon could not stand in a file name: the path with its
+// second colon replaced by U+FF1A or, failing that, by an underscore, if that exists. Otherwise the path as
+// it was. Later colons stay.
+std::wstring MendSecondColon(const std::wstring& path);
+
+}  // namespace tarnwick
