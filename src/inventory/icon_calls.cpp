@@ -1,6 +1,7 @@
 // Edge: the icon calls of user32 and the shell.
 #include "inventory/icon_calls.h"
 
+#include "foundation/seh_guard.h"
 #include "foundation/windows_api.h"
 
 #include <commctrl.h>
@@ -35,7 +36,7 @@ Icon PrivateExtract(const std::wstring& path, int index, int size) {
 ComPointer<IImageList> LargestImageList() {
   ComPointer<IImageList> list;
   for (const int size : {SHIL_JUMBO, SHIL_EXTRALARGE}) {
-    if (SUCCEEDED(SHGetImageList(size, IID_IImageList, reinterpret_cast<void**>(list.Receive()))))
+    if (SUCCEEDED(SHGetImageList(size, __uuidof(IImageList), reinterpret_cast<void**>(list.Receive()))))
       return list;
     // What a failed call leaves in the pointer is nobody's.
     list.Release();
@@ -67,9 +68,18 @@ Icon LoadIconImage(const std::wstring& path, int size) {
   return Icon(static_cast<HICON>(LoadImageW(nullptr, path.c_str(), IMAGE_ICON, size, size, LR_LOADFROMFILE)));
 }
 
+// The decoders of icon resources read mapped files, and some fault on a file that is cut short or lies about
+// its sizes. That costs the file its icon and nobody else anything.
+template <auto call, class... Arguments>
+Icon Guarded(Arguments... arguments) {
+  Icon icon;
+  RunGuarded([&] { icon = call(arguments...); });
+  return icon;
+}
+
 }  // namespace
 
-const IconCalls kWindowsIconCalls = {PrivateExtract, SystemImageList, ExtractLargeIcon, ShellIcon,
-                                     LoadIconImage};
+const IconCalls kWindowsIconCalls = {Guarded<PrivateExtract>, Guarded<SystemImageList>,
+                                     Guarded<ExtractLargeIcon>, Guarded<ShellIcon>, Guarded<LoadIconImage>};
 
 }  // namespace tarnwick
