@@ -73,14 +73,18 @@ void ApplyDescription(Desktop& desktop, const std::string& json) {
   }
 }
 
-std::string PathText(const Node& node) {
+std::string ExpandedText(const Node& node) {
   const std::wstring text = Wide(Text(node));
   std::wstring expanded(32768, L'\0');
   const DWORD units =
       ExpandEnvironmentStringsW(text.c_str(), expanded.data(), static_cast<DWORD>(expanded.size()));
-  if (units == 0 || units > expanded.size()) Fail(node, "is too long a path");
+  if (units == 0 || units > expanded.size()) Fail(node, "is too long a text");
   expanded.resize(units - 1);
-  const std::string path = Narrow(expanded);
+  return Narrow(expanded);
+}
+
+std::string PathText(const Node& node) {
+  const std::string path = ExpandedText(node);
   if (!IsAbsolute(path)) Fail(node, "needs an absolute path, not '" + path + "'");
   return path;
 }

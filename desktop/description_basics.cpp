@@ -166,7 +166,8 @@ void ApplyApplication(Desktop& desktop, const Node& node) {
   const View view = ViewMember(node, View::k64);
   desktop.String(key, "DisplayName", TextMember(node, "name"), view);
   for (const ApplicationText& text : kApplicationTexts)
-    StringUnlessEmpty(desktop, key, text.value, TextMember(node, text.member, ""), view);
+    if (const auto member = Optional(node, text.member))
+      desktop.String(key, text.value, ExpandedText(*member), view);
   if (Optional(node, "location")) desktop.String(key, "InstallLocation", PathMember(node, "location"), view);
   if (const auto size = Optional(node, "sizeKb"))
     desktop.Dword(key, "EstimatedSize", static_cast<uint32_t>(Number(*size, kAny32)), view);

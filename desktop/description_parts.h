@@ -8,6 +8,9 @@
 
 namespace tarnwick::desktop {
 
+// A text in which environment variables in percent signs are expanded.
+std::string ExpandedText(const Node& node);
+
 // A path: environment variables in percent signs are expanded. Throws JsonError unless the outcome is
 // absolute.
 std::string PathText(const Node& node);

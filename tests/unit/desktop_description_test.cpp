@@ -117,7 +117,7 @@ TEST(DesktopDescription, MakesFilesFoldersExecutablesIconsAndJunctions) {
 TEST(DesktopDescription, RegistersApplications) {
   Desktop desktop = Build(R"({"applications": [
       {"key": "Wren", "name": "Wren Notes", "publisher": "Nest", "version": "1.2", "installDate": "20240501",
-       "location": "C:\\TarnwickTest\\Wren", "icon": "C:\\w.exe,0", "uninstall": "u.exe", "sizeKb": 42},
+       "location": "C:\\TarnwickTest\\Wren", "icon": "%SystemDrive%\\w.exe,0", "uninstall": "u.exe", "sizeKb": 42},
       {"key": "Owl", "view": "32", "name": "Owl", "systemComponent": true},
       {"key": "Tit", "user": true, "name": "Tit"}]})");
   const std::string wren = kUninstall + "\\Wren";
