@@ -25,7 +25,7 @@ GuardedBuffer::~GuardedBuffer() { VirtualFree(pages_, 0, MEM_RELEASE); }
 std::string GuardedBuffer::Text() const {
   const char* end = std::find(data_, data_ + size_, '\0');
   if (end == data_ + size_) throw std::runtime_error("the buffer holds no terminating zero");
-  return {data_, end};
+  return std::string(static_cast<const char*>(data_), end);
 }
 
 bool GuardedBuffer::Untouched() const {
