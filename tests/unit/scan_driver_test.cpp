@@ -2,12 +2,12 @@
 // export.
 #include "core/scan_driver.h"
 
+#include "desktop/catalogue_text.h"
+#include "desktop/desktop.h"
 #include "foundation/locks.h"
 #include "foundation/windows_api.h"
-#include "support/catalogue_text.h"
 #include "support/debug_capture.h"
 #include "support/guarded_buffer.h"
-#include "support/scratch_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -55,9 +55,17 @@ bool ApiLockIsFree() {
 
 class ScanDriver : public testing::Test {
  protected:
-  tests::ScratchFolder folder_{"ScanDriver"};
-  std::string catalogue_ =
-      folder_.File("catalogue.xml", tests::CatalogueText({tests::CatalogueRecord({{"DisplayName", "Foo"}})}));
+  void SetUp() override {
+    GameSignature game;
+    game.DisplayName = "Foo";
+    desktop_.File(catalogue_, desktop::CatalogueText({game}));
+  }
+
+  desktop::Desktop desktop_;
+  std::string catalogue_ = R"(C:\TarnwickTest\ScanDriver\catalogue.xml)";
+};
+std::string catalogue_ =
+    folder_.File("catalogue.xml", tests::CatalogueText({tests::CatalogueRecord({{"DisplayName", "Foo"}})}));
 };
 
 TEST_F(ScanDriver, StandardExceptionIsLoggedAndAnsweredWithAnEmptyArray) {
