@@ -7,7 +7,7 @@
 namespace tarnwick::tests {
 namespace {
 
-DWORD Run(std::wstring program) {
+DWORD ExitCodeOf(std::wstring program) {
   STARTUPINFOW startup{};
   startup.cb = sizeof startup;
   PROCESS_INFORMATION process{};
@@ -24,7 +24,7 @@ DWORD Run(std::wstring program) {
 }
 
 TEST(PublicHeader, AHostInPlainCCallsEveryExport) {
-  EXPECT_EQ(Run(L"\"" + LibraryPath("tarnwick_public_header_test.exe") + L"\""), 0u);
+  EXPECT_EQ(ExitCodeOf(L"\"" + LibraryPath("tarnwick_public_header_test.exe") + L"\""), 0u);
 }
 
 TEST(PublicHeader, EveryExportIsThereForAHostThatLoadsTheLibraryAtRunTime) {

@@ -69,12 +69,13 @@ class ScanExport : public testing::Test {
   }
   void TearDown() override { there_.reset(); }
 
-  // A game that the first strategy finds, installed.
+  // A game that the first strategy finds, installed. That strategy wants blanks inside quotes.
   GameSignature Install(const std::string& name) {
     const std::string folder = std::string(kFolder) + "\\Games\\" + name;
     desktop_.Executable(folder + "\\game.exe");
-    desktop_.String(std::string(kKey) + "\\" + name, "InstallLocation", folder, desktop::View::kNative);
-    desktop_.String(std::string(kKey) + "\\" + name, "InstallLocation", folder, desktop::View::k32);
+    const std::string quoted = "\"" + folder + "\"";
+    desktop_.String(std::string(kKey) + "\\" + name, "InstallLocation", quoted, desktop::View::kNative);
+    desktop_.String(std::string(kKey) + "\\" + name, "InstallLocation", quoted, desktop::View::k32);
     GameSignature game;
     game.DisplayName = name;
     game.RegistryKey = std::string(kKey) + "\\" + name;

@@ -64,9 +64,6 @@ class ScanDriver : public testing::Test {
   desktop::Desktop desktop_;
   std::string catalogue_ = R"(C:\TarnwickTest\ScanDriver\catalogue.xml)";
 };
-std::string catalogue_ =
-    folder_.File("catalogue.xml", tests::CatalogueText({tests::CatalogueRecord({{"DisplayName", "Foo"}})}));
-};
 
 TEST_F(ScanDriver, StandardExceptionIsLoggedAndAnsweredWithAnEmptyArray) {
   const GuardedBuffer buffer(100);
