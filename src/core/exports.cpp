@@ -1,6 +1,7 @@
 // Edge: the scan service's exports, thin shells over functions that can be tested alone.
+#include "core/console_report.h"
+#include "core/game_details.h"
 #include "core/scan_driver.h"
-#include "foundation/result_buffer.h"
 #include "tarnwick/tarnwick.h"
 
 extern "C" {
@@ -9,10 +10,10 @@ int IA_RunMultiPlatformGameScanJson(const char* path, char* buffer, int size) {
   return tarnwick::RunScanGuarded(path, buffer, size);
 }
 
-void RunMultiPlatformGameScan(void) {}
+void RunMultiPlatformGameScan(void) { tarnwick::RunConsoleReport(); }
 
-int IA_GetGameDetailsByPathJson(const char*, char* buffer, int size) {
-  return tarnwick::WriteEmptyResult("{}", buffer, size);
+int IA_GetGameDetailsByPathJson(const char* path, char* buffer, int size) {
+  return tarnwick::WriteGameDetails(path, buffer, size);
 }
 
 }  // extern "C"

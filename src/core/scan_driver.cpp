@@ -10,9 +10,7 @@
 #include "foundation/locks.h"
 #include "foundation/log.h"
 #include "foundation/result_buffer.h"
-#include "foundation/windows_api.h"
-
-#include <shlwapi.h>
+#include "inventory/shell_text.h"
 
 namespace tarnwick {
 namespace {
@@ -20,8 +18,6 @@ namespace {
 constexpr char kNothing[] = "[]";
 constexpr wchar_t kDecryptedCatalogue[] = L"MasterGameList_decrypted.xml";
 constexpr wchar_t kCatalogue[] = L"MasterGameList.xml";
-
-bool Exists(const std::wstring& path) { return PathFileExistsW(path.c_str()) != FALSE; }
 
 std::wstring AskedCatalogue(const char* path) {
   std::wstring wide;
@@ -36,7 +32,7 @@ std::wstring AskedCatalogue(const char* path) {
 // The catalogue to read, or the asked one where there is none.
 std::wstring ChooseCatalogue(const char* path) {
   const std::wstring asked = AskedCatalogue(path);
-  if (Exists(asked) || !Exists(kCatalogue)) return asked;
+  if (PathExists(asked) || !PathExists(kCatalogue)) return asked;
   LogLine("Fallback to MasterGameList.xml");
   return kCatalogue;
 }
@@ -57,7 +53,7 @@ int ScanCatalogue(const char* path, char* buffer, int size, const StrategyTable&
   LogLine(std::string("Input config path (raw UTF-8): ") + (path != nullptr ? path : "null"));
   const std::wstring catalogue = ChooseCatalogue(path);
   LogLine("Using XML file: " + WideToUtf8(catalogue));
-  if (!Exists(catalogue)) {
+  if (!PathExists(catalogue)) {
     LogLine("XML file not found!");
     return WriteEmptyResult(kNothing, buffer, size);
   }

@@ -7,6 +7,7 @@
 #include "support/debug_capture.h"
 #include "support/guarded_buffer.h"
 #include "support/library.h"
+#include "support/png_pixels.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -365,6 +366,19 @@ TEST_F(ScanExport, ReadsTheCatalogueAfreshAtEachCall) {
   EXPECT_THAT(FoundNames(catalogue.c_str()), testing::ElementsAre("Foo"));
   Catalogue("list.xml", {Install("Bar")});
   EXPECT_THAT(FoundNames(catalogue.c_str()), testing::ElementsAre("Bar"));
+}
+
+TEST_F(ScanExport, GivesEachGameItsOwnIcon) {
+  GameList games = {Install("Red"), Install("Green")};
+  desktop::ExecutableOptions coloured;
+  coloured.icons = {{{{32, 0xC02020}}}};
+  desktop_.Executable(std::string(kFolder) + "\\Games\\Red\\game.exe", coloured);
+  coloured.icons = {{{{32, 0x20A040}}}};
+  desktop_.Executable(std::string(kFolder) + "\\Games\\Green\\game.exe", coloured);
+  const auto json = nlohmann::json::parse(Scan(Catalogue("list.xml", games).c_str()));
+  ASSERT_EQ(json.size(), 2u);
+  EXPECT_EQ(DecodePngDataUri(json[0]["icon"].get<std::string>()).CentreRgb(), 0xC02020u);
+  EXPECT_EQ(DecodePngDataUri(json[1]["icon"].get<std::string>()).CentreRgb(), 0x20A040u);
 }
 
 TEST_F(ScanExport, LeavesTheCurrentDirectoryAlone) {
