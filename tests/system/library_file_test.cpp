@@ -10,7 +10,6 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -22,8 +21,9 @@ namespace {
 class LibraryFile : public testing::Test {
  protected:
   void SetUp() override {
-    std::ifstream file(std::filesystem::path(LibraryPath(TARNWICK_DLL)), std::ios::binary);
-    bytes_.assign(std::istreambuf_iterator<char>(file), {});
+    const std::filesystem::path path = LibraryPath(TARNWICK_DLL);
+    bytes_.resize(std::filesystem::file_size(path));
+    std::ifstream(path, std::ios::binary).read(bytes_.data(), static_cast<std::streamsize>(bytes_.size()));
     ASSERT_GT(bytes_.size(), sizeof(IMAGE_DOS_HEADER));
     headers_ = At<IMAGE_NT_HEADERS64>(static_cast<size_t>(At<IMAGE_DOS_HEADER>(0).e_lfanew));
     ASSERT_EQ(headers_.Signature, static_cast<DWORD>(IMAGE_NT_SIGNATURE));

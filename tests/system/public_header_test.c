@@ -38,6 +38,7 @@ static void CheckApplications(void) {
   Check(IA_RefreshCache() >= 0, "a refresh");
   Check(IA_GetAppsJson(1, 20, L"no application of this name", buffer, sizeof buffer) == 2, "a page");
   Check(IA_GetAppsJsonAll(L"no application of this name", buffer, sizeof buffer) == 2, "the whole list");
+  Check(strcmp(buffer, "[]") == 0, "an empty list");
   Check(IA_FindGamesJson("[]", buffer, sizeof buffer) == 2, "a lookup of nothing");
   Check(IA_FindGamesByFile("C:\\TarnwickTest\\no such file.json", buffer, sizeof buffer) == 2,
         "a lookup by file");
