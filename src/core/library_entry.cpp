@@ -1,4 +1,5 @@
-// Edge: the library's entry point. It touches no threads, COM, registry or other libraries: the loader lock is held.
+// Edge: the library's entry point. It touches no threads, COM, registry or other libraries: the loader lock
+// is held.
 #include "foundation/log.h"
 #include "foundation/windows_api.h"
 

@@ -28,10 +28,14 @@
 namespace tarnwick {
 namespace {
 
-// Adapters to the one shape. The first two rows would rewrite HKEY_CURRENT_USER for another user's SID; a scan is
-// always the caller's own, so they pass an empty text whatever they are given.
-ScanResults DefaultRegistry(const GameList& games, const std::string&) { return ScanRegistryGames(games, {}); }
-ScanResults RegistrySearch(const GameList& games, const std::string&) { return ScanRegistrySearch(games, {}); }
+// Adapters to the one shape. The first two rows would rewrite HKEY_CURRENT_USER for another user's SID; a
+// scan is always the caller's own, so they pass an empty text whatever they are given.
+ScanResults DefaultRegistry(const GameList& games, const std::string&) {
+  return ScanRegistryGames(games, {});
+}
+ScanResults RegistrySearch(const GameList& games, const std::string&) {
+  return ScanRegistrySearch(games, {});
+}
 ScanResults UninstallSearch(const GameList& games, const std::string&) { return ScanUninstallSearch(games); }
 ScanResults GameUxRegistry(const GameList& games, const std::string&) { return ScanGameUxRegistry(games); }
 ScanResults SteamShortcuts(const GameList&, const std::string&) { return ScanSteamShortcuts(); }
