@@ -15,7 +15,7 @@
 namespace tarnwick {
 namespace {
 
-const std::string kTag = "[SteamAppInfo]";
+constexpr char kTag[] = "[SteamAppInfo]";
 
 using InstalledApps = std::map<std::string, std::string>;
 
@@ -55,16 +55,17 @@ void CheckAppGuarded(SteamAppInfoReader& reader, const std::string& id, const st
   }
 }
 
-// Nesting in the cache may overflow the stack, and a structured exception skips destructors: the file would stay open,
-// and Steam unable to replace it, as long as the host lives. So the walk has a guard of its own, and what it caught is
-// raised again when the reader is gone.
+// Nesting in the cache may overflow the stack, and a structured exception skips destructors: the file would
+// stay open, and Steam unable to replace it, as long as the host lives. So the walk has a guard of its own,
+// and what it caught is raised again when the reader is gone.
 uint32_t CheckAllApps(SteamAppInfoReader& reader, const InstalledApps& apps, ScanResults& results) {
   return RunGuarded([&] {
     for (const auto& [id, location] : apps) CheckAppGuarded(reader, id, location, results);
   });
 }
 
-// False if the scan ends without its completion line. `fault` is the code of a structured exception to be raised again.
+// False if the scan ends without its completion line. `fault` is the code of a structured exception to be
+// raised again.
 bool CheckApps(ScanResults& results, uint32_t& fault) {
   LogStream() << kTag << " Starting Steam AppInfo Search...\n";
   const std::string steamPath = GetAppInfoSteamPath();

@@ -16,7 +16,7 @@
 namespace tarnwick {
 namespace {
 
-const std::string kTag = "[SteamDefaultId]";
+constexpr char kTag[] = "[SteamDefaultId]";
 
 bool IsFileByNarrowCall(const std::string& path) {
   const DWORD attributes = GetFileAttributesA(path.c_str());

@@ -18,7 +18,7 @@
 namespace tarnwick {
 namespace {
 
-const std::string kUninstallKey =
+constexpr char kUninstallKey[] =
     "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
 
 // What Steam itself installs: redistributables and the parts for virtual reality.
@@ -81,7 +81,7 @@ void AppendResult(SteamScan& scan, const std::string& name, const std::string& e
 void TakeUninstallKey(SteamScan& scan, const std::string& key) {
   const std::string id = AppIdOfKey(key);
   if (id.empty() || IsIgnored(id)) return;
-  const std::string keyPath = kUninstallKey + "\\" + key;
+  const std::string keyPath = std::string(kUninstallKey) + "\\" + key;
   std::string name = ReadRegistryString(keyPath, "DisplayName", "");
   const std::string location = ReadRegistryString(keyPath, "InstallLocation", "");
   if (name.empty() || location.empty() || !IsDirectoryByNarrowCall(location)) return;

@@ -14,7 +14,7 @@
 namespace tarnwick {
 namespace {
 
-const std::string kTag = "[SteamShortcutsSearch]";
+constexpr char kTag[] = "[SteamShortcutsSearch]";
 
 void AppendUserShortcuts(const std::filesystem::path& user, std::vector<SteamShortcut>& shortcuts) {
   const std::string file = PathToUtf8(user / "config" / "shortcuts.vdf");
@@ -78,14 +78,14 @@ ScanResults ScanSteamShortcuts() {
 
 std::vector<SteamShortcut> GetSteamShortcuts(const std::string& steamPath) {
   std::vector<SteamShortcut> shortcuts;
-  LogStandardExceptions(kTag + " Error getting Steam shortcuts: ",
+  LogStandardExceptions(std::string(kTag) + " Error getting Steam shortcuts: ",
                         [&] { AppendAllShortcuts(steamPath, shortcuts); });
   return shortcuts;
 }
 
 std::vector<SteamShortcut> ParseShortcutsVdf(const std::string& path) {
   std::vector<SteamShortcut> shortcuts;
-  LogStandardExceptions(kTag + " Error parsing shortcuts.vdf (" + path + "): ",
+  LogStandardExceptions(std::string(kTag) + " Error parsing shortcuts.vdf (" + path + "): ",
                         [&] { AppendFileShortcuts(path, shortcuts); });
   return shortcuts;
 }

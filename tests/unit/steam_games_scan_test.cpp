@@ -439,6 +439,8 @@ TEST(SteamGamesScan, ALibraryThatCannotBeListedCostsItselfAlone) {
   const DebugCapture log;
   EXPECT_THAT(Ids(ScanAppManifests({kRoot + "\\Broken", kRoot + "\\A"})), ElementsAre("1"));
   EXPECT_THAT(log.Lines(), IsEmpty());
+  // The desktop can't take a link away that leads nowhere.
+  std::filesystem::create_directory(PathFromUtf8(kRoot + "\\Target"));
 }
 
 TEST(SteamGamesScan, AManifestThatCannotBeOpenedIsEmpty) {

@@ -188,6 +188,8 @@ TEST(SteamShortcutsSearch, AFolderThatCannotBeListedGivesNothing) {
   world.d.Junction(kSteam + "\\userdata", kRoot + "\\Target");
   std::filesystem::remove(PathFromUtf8(kRoot + "\\Target"));
   EXPECT_THAT(GetSteamShortcuts(kSteam), IsEmpty());
+  // The desktop can't take a link away that leads nowhere.
+  std::filesystem::create_directory(PathFromUtf8(kRoot + "\\Target"));
 }
 
 }  // namespace
