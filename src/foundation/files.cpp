@@ -30,6 +30,8 @@ bool DirectoryExists(const std::string& path) {
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
+bool PathExists(const std::string& path) { return Attributes(path) != INVALID_FILE_ATTRIBUTES; }
+
 std::ifstream OpenTextFile(const std::string& path) { return std::ifstream(PathFromUtf8(path)); }
 
 std::ifstream OpenBinaryFile(const std::string& path) {

@@ -1,8 +1,135 @@
-// Edge: Installed Steam apps, named and resolved by Steam's app cache.
+// Edge: the Steam AppInfo scan.
 #include "steam/steam_appinfo_scan.h"
 
-namespace tarnwick {
+#include "foundation/log.h"
+#include "foundation/owner.h"
+#include "foundation/seh_guard.h"
+#include "foundation/text.h"
+#include "matching/paths.h"
+#include "matching/registry.h"
+#include "steam/app_id_reader.h"
+#include "steam/app_info_file.h"
+#include "steam/steam_folders.h"
+#include "steam/steam_guards.h"
 
-ScanResults ScanSteamAppInfo(const GameList&, const std::string&) { return {}; }
+namespace tarnwick {
+namespace {
+
+constexpr char kTag[] = "[SteamAppInfo]";
+
+using InstalledApps = std::map<std::string, std::string>;
+
+void CheckApp(SteamAppInfoReader& reader, const std::string& id, const std::string& location,
+              ScanResults& results) {
+  AppInfoDetails details;
+  if (!ReadAppDetails(reader, ParseAppId(id), details)) {
+    LogStream() << "  - ReadAppDetails Failed (Not in Index or Parse Error)\n";
+    return;
+  }
+  if (details.executable.empty()) {
+    LogStream() << "  - Skipped: No Executable in VDF\n";
+    return;
+  }
+  const std::string exePath = StripOuterQuotes(CombinePath(StripOuterQuotes(location), details.executable));
+  const bool found = FileExists(exePath);
+  LogStream() << "  - Checking ExePath: " << exePath << (found ? " -> FOUND\n" : " -> NOT FOUND\n");
+  if (!found) return;
+  ScanResult result;
+  result.name = details.name;
+  result.exePath = exePath;
+  result.launchUrl = "steam://run/" + id;  // the key's text, which may hold more than the number
+  result.source = "Steam AppInfo: " + id;
+  result.found = true;
+  results.push_back(std::move(result));
+  LogStream() << kTag << " Found: " << details.name << " (" << id << ") -> " << exePath << "\n";
+}
+
+// One app that can't be checked costs that app alone.
+void CheckAppGuarded(SteamAppInfoReader& reader, const std::string& id, const std::string& location,
+                     ScanResults& results) {
+  try {
+    LogStandardExceptions("  - Exception checking app " + id + ": ",
+                          [&] { CheckApp(reader, id, location, results); });
+  } catch (...) {
+    // Nothing is known of it that could be logged.
+  }
+}
+
+// Nesting in the cache may overflow the stack, and a structured exception skips destructors: the file would
+// stay open, and Steam unable to replace it, as long as the host lives. So the walk has a guard of its own,
+// and what it caught is raised again when the reader is gone.
+uint32_t CheckAllApps(SteamAppInfoReader& reader, const InstalledApps& apps, ScanResults& results) {
+  return RunGuarded([&] {
+    for (const auto& [id, location] : apps) CheckAppGuarded(reader, id, location, results);
+  });
+}
+
+// False if the scan ends without its completion line. `fault` is the code of a structured exception to be
+// raised again.
+bool CheckApps(ScanResults& results, uint32_t& fault) {
+  LogStream() << kTag << " Starting Steam AppInfo Search...\n";
+  const std::string steamPath = GetAppInfoSteamPath();
+  if (steamPath.empty()) {
+    LogStream() << kTag << " Steam path not found.\n";
+    return false;
+  }
+  const InstalledApps apps = CollectInstalledSteamApps();
+  LogStream() << kTag << " Found " << apps.size() << " installed Steam apps in Registry.\n";
+  if (apps.empty()) return false;
+  SteamAppInfoReader reader;
+  if (!LoadAppInfoIndex(reader, steamPath)) {
+    LogStream() << kTag << " Failed to load appinfo.vdf index.\n";
+    return false;
+  }
+  fault = CheckAllApps(reader, apps, results);
+  return true;
+}
+
+}  // namespace
+
+ScanResults ScanSteamAppInfo(const GameList&, const std::string&) {
+  ScanResults results;
+  bool completed = true;
+  uint32_t fault = 0;
+  LogCriticalErrors(kTag, [&] { completed = CheckApps(results, fault); });
+  if (fault != 0) RaiseException(fault, EXCEPTION_NONCONTINUABLE, 0, nullptr);
+  if (completed) LogStream() << kTag << " Scan completed! Found " << results.size() << " games.\n";
+  return results;
+}
+
+InstalledApps CollectInstalledSteamApps() {
+  InstalledApps locations;
+  CollectUninstallLocations(locations, "HKEY_LOCAL_MACHINE",
+                            "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall");
+  CollectUninstallLocations(locations, "HKEY_LOCAL_MACHINE",
+                            "SOFTWARE\\WOW6432Node\\Microsoft\\Windows\\CurrentVersion\\Uninstall");
+  CollectUninstallLocations(locations, "HKEY_CURRENT_USER",
+                            "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall");
+  // Kept: exact and at the beginning, unlike the games scan's test.
+  const std::string prefix = "Steam App ";
+  InstalledApps apps;
+  for (const auto& [name, location] : locations) {
+    if (name.starts_with(prefix)) apps[name.substr(prefix.size())] = location;
+  }
+  return apps;
+}
+
+void CollectUninstallLocations(InstalledApps& locations, const std::string& hive, const std::string& subkey) {
+  const HKEY root = hive == "HKEY_CURRENT_USER" ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
+  RegistryKey key;
+  if (RegOpenKeyExA(root, subkey.c_str(), 0, KEY_READ | KEY_WOW64_64KEY, key.Receive()) != ERROR_SUCCESS) {
+    key.Release();
+    return;
+  }
+  const std::string prefix = hive + "\\" + subkey + "\\";
+  for (DWORD index = 0;; ++index) {
+    char name[256];
+    DWORD length = sizeof(name);
+    if (RegEnumKeyExA(key.Get(), index, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS)
+      return;
+    const std::string location = ReadRegistryString(prefix + name, "InstallLocation", "");
+    if (!location.empty()) locations[name] = location;
+  }
+}
 
 }  // namespace tarnwick

@@ -1,0 +1,63 @@
+// Edge: Steam's folder in the registry.
+#include "steam/steam_folders.h"
+
+#include "foundation/conversions.h"
+#include "foundation/owner.h"
+#include "matching/registry.h"
+
+#include <initializer_list>
+
+namespace tarnwick {
+namespace {
+
+struct Place {
+  const char* key;
+  const char* value;
+};
+
+constexpr Place kMachine32 = {"HKEY_LOCAL_MACHINE\\SOFTWARE\\WOW6432Node\\Valve\\Steam", "InstallPath"};
+constexpr Place kMachine = {"HKEY_LOCAL_MACHINE\\SOFTWARE\\Valve\\Steam", "InstallPath"};
+constexpr Place kUser = {"HKEY_CURRENT_USER\\SOFTWARE\\Valve\\Steam", "SteamPath"};
+
+std::string FirstText(std::initializer_list<Place> places) {
+  for (const Place& place : places) {
+    std::string text = ReadRegistryString(place.key, place.value, "");
+    if (!text.empty()) return text;
+  }
+  return {};
+}
+
+RegistryKey OpenMachineKey(const char* subkey) {
+  RegistryKey key;
+  if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, subkey, 0, KEY_READ, key.Receive()) != ERROR_SUCCESS) key.Release();
+  return key;
+}
+
+}  // namespace
+
+// Kept apart: three orders and one lookup of its own.
+std::string GetSteamInstallPath() { return FirstText({kMachine32, kMachine, kUser}); }
+
+// Kept apart: the reverse of the other two, and without the user's key.
+std::string GetAppInfoSteamPath() { return FirstText({kMachine, kMachine32}); }
+
+// Kept apart: as the games scan asks, but without the user's key.
+std::string GetDefaultIdSteamPath() { return FirstText({kMachine32, kMachine}); }
+
+// Kept apart: decides by the key and not by the value, takes no REG_EXPAND_SZ, and knows no other view of the
+// registry.
+std::string GetShortcutsSteamPath() {
+  RegistryKey key = OpenMachineKey("SOFTWARE\\WOW6432Node\\Valve\\Steam");
+  if (!key) key = OpenMachineKey("SOFTWARE\\Valve\\Steam");
+  if (!key) return {};
+  char text[260] = {};
+  DWORD bytes = sizeof(text);
+  DWORD type = 0;
+  const LSTATUS status =
+      RegQueryValueExA(key.Get(), "InstallPath", nullptr, &type, reinterpret_cast<BYTE*>(text), &bytes);
+  if (status != ERROR_SUCCESS || type != REG_SZ) return {};
+  const std::string stored(text, bytes);  // the registry promises no terminator
+  return AnsiToUtf8(stored.substr(0, stored.find('\0')));
+}
+
+}  // namespace tarnwick
