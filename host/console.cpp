@@ -1,7 +1,6 @@
 // The console of Windows.
 #include "host/console.h"
 
-#define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 
 #include <fcntl.h>
@@ -31,7 +30,8 @@ ConsoleScope::~ConsoleScope() {
 
 std::vector<std::string> CommandLineArguments() {
   int count = 0;
-  const std::unique_ptr<wchar_t*, decltype(&LocalFree)> texts(CommandLineToArgvW(GetCommandLineW(), &count), LocalFree);
+  const std::unique_ptr<wchar_t*, decltype(&LocalFree)> texts(CommandLineToArgvW(GetCommandLineW(), &count),
+                                                              LocalFree);
   std::vector<std::string> arguments;
   for (int i = 1; i < count; ++i) arguments.push_back(Narrow(texts.get()[i]));
   return arguments;
@@ -73,7 +73,8 @@ std::string ReadFileBytes(const std::string& path) {
 
 std::wstring Widen(const std::string& text) {
   const int length = static_cast<int>(text.size());
-  std::wstring wide(static_cast<size_t>(MultiByteToWideChar(CP_UTF8, 0, text.data(), length, nullptr, 0)), L'\0');
+  std::wstring wide(static_cast<size_t>(MultiByteToWideChar(CP_UTF8, 0, text.data(), length, nullptr, 0)),
+                    L'\0');
   MultiByteToWideChar(CP_UTF8, 0, text.data(), length, wide.data(), static_cast<int>(wide.size()));
   return wide;
 }
@@ -81,8 +82,10 @@ std::wstring Widen(const std::string& text) {
 std::string Narrow(const std::wstring& text) {
   const int length = static_cast<int>(text.size());
   std::string narrow(
-      static_cast<size_t>(WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr)), '\0');
-  WideCharToMultiByte(CP_UTF8, 0, text.data(), length, narrow.data(), static_cast<int>(narrow.size()), nullptr, nullptr);
+      static_cast<size_t>(WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr)),
+      '\0');
+  WideCharToMultiByte(CP_UTF8, 0, text.data(), length, narrow.data(), static_cast<int>(narrow.size()),
+                      nullptr, nullptr);
   return narrow;
 }
 

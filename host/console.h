@@ -6,8 +6,8 @@
 
 namespace tarnwick::host {
 
-// Sets the console to UTF-8 and the streams to bytes, so that lines end in one line feed everywhere. The code page
-// that the console had comes back when the object goes.
+// Sets the console to UTF-8 and the streams to bytes, so that lines end in one line feed everywhere. The code
+// page that the console had comes back when the object goes.
 class ConsoleScope {
  public:
   ConsoleScope();
@@ -28,7 +28,8 @@ void WriteStandardError(const std::string& text);
 // Is the standard error a terminal that a person looks at?
 bool StandardErrorIsTerminal();
 
-// Writes to the file at `path`, or to the standard output if it is empty. Throws std::runtime_error naming the file.
+// Writes to the file at `path`, or to the standard output if it is empty. Throws std::runtime_error naming
+// the file.
 void WriteResult(const std::string& path, const std::string& text);
 
 std::string ReadFileBytes(const std::string& path);  // throws std::runtime_error naming the file

@@ -1,7 +1,6 @@
 // The debug output raises an exception for a debugger to see; a vectored handler sees it first.
 #include "host/log_capture.h"
 
-#define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 
 #include <mutex>
@@ -18,7 +17,8 @@ std::mutex g_sinkMutex;
 std::function<void(const LogEntry&)> g_sink;
 void* g_handler = nullptr;
 
-// The wide debug output is offered as a wide text first and, where nobody takes that, once more in the ANSI page.
+// The wide debug output is offered as a wide text first and, where nobody takes that, once more in the ANSI
+// page.
 thread_local bool t_sawWide = false;
 
 std::string TextOf(const EXCEPTION_RECORD& record) {
@@ -40,7 +40,8 @@ LONG CALLBACK OnException(EXCEPTION_POINTERS* pointers) {
   const bool repeated = !wide && t_sawWide;
   t_sawWide = wide;
   if (!repeated) {
-    const LogEntry entry{std::chrono::steady_clock::now(), GetCurrentThreadId(), LineOfDebugText(TextOf(record))};
+    const LogEntry entry{std::chrono::steady_clock::now(), GetCurrentThreadId(),
+                         LineOfDebugText(TextOf(record))};
     std::lock_guard lock(g_sinkMutex);
     if (g_sink) g_sink(entry);
   }

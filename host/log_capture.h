@@ -14,8 +14,8 @@ struct LogEntry {
   std::string text;  // one line, without "[Tarnwick] ", timestamp and line feed
 };
 
-// Calls `sink` for every line that the library logs while it lives, on the thread that logs it, one call at a time.
-// Only one may be alive in a process.
+// Calls `sink` for every line that the library logs while it lives, on the thread that logs it, one call at a
+// time. Only one may be alive in a process.
 class LogCapture {
  public:
   explicit LogCapture(std::function<void(const LogEntry&)> sink);

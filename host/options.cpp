@@ -32,9 +32,10 @@ void AddOutput(CLI::App& command, Options& options) {
 
 void AddScan(CLI::App& app, Options& options) {
   CLI::App* scan = app.add_subcommand("scan", "Find the installed games");
-  scan->add_option("CATALOGUE", options.catalogue,
-                   "The catalogue file; without it MasterGameList_decrypted.xml or MasterGameList.xml in the current "
-                   "folder is used");
+  scan->add_option(
+      "CATALOGUE", options.catalogue,
+      "The catalogue file; without it MasterGameList_decrypted.xml or MasterGameList.xml in the current "
+      "folder is used");
   AddFormat(*scan, options, kAnyFormat);
   AddOutput(*scan, options);
 }
@@ -53,7 +54,9 @@ void AddApps(CLI::App& app, Options& options) {
 
 void AddLookups(CLI::App& app, Options& options) {
   CLI::App* find = app.add_subcommand("find", "Look up given games among the installed applications");
-  find->add_option("REQUEST", options.input, "A JSON file: an array of objects with name, exeName and exePath")->required();
+  find->add_option("REQUEST", options.input,
+                   "A JSON file: an array of objects with name, exeName and exePath")
+      ->required();
   AddFormat(*find, options, kTableOrJson);
   AddOutput(*find, options);
 
@@ -64,9 +67,11 @@ void AddLookups(CLI::App& app, Options& options) {
 }
 
 void AddWatch(CLI::App& app, Options& options) {
-  CLI::App* watch = app.add_subcommand("watch", "Print the foreground process each time it changes, until Ctrl+C");
+  CLI::App* watch =
+      app.add_subcommand("watch", "Print the foreground process each time it changes, until Ctrl+C");
   watch->add_option("--interval", options.intervalMs, "Milliseconds between looks; below 50 means 200");
-  watch->add_option("--for", options.durationMs, "End after this many milliseconds")->check(CLI::PositiveNumber);
+  watch->add_option("--for", options.durationMs, "End after this many milliseconds")
+      ->check(CLI::PositiveNumber);
   AddFormat(*watch, options, kTableOrJson);
   watch->add_flag("--log", options.log, "Show the library's log on the standard error");
 }
@@ -75,7 +80,8 @@ void AddCatalogue(CLI::App& app, Options& options) {
   CLI::App* catalogue = app.add_subcommand("catalogue", "For maintainers: encipher or decipher a catalogue");
   catalogue->require_subcommand(1);
   for (const char* name : {"encipher", "decipher"}) {
-    CLI::App* step = catalogue->add_subcommand(name, std::string("Write the ") + name + "ed form of a catalogue");
+    CLI::App* step =
+        catalogue->add_subcommand(name, std::string("Write the ") + name + "ed form of a catalogue");
     step->add_option("FILE", options.input, "The catalogue to read")->required();
     step->add_option("-o,--output", options.output, "The file to write")->required();
   }
@@ -83,7 +89,8 @@ void AddCatalogue(CLI::App& app, Options& options) {
 
 std::string ChosenCommand(const CLI::App& app) {
   const CLI::App* chosen = app.get_subcommands().front();
-  return chosen->get_subcommands().empty() ? chosen->get_name() : chosen->get_subcommands().front()->get_name();
+  return chosen->get_subcommands().empty() ? chosen->get_name()
+                                           : chosen->get_subcommands().front()->get_name();
 }
 
 }  // namespace

@@ -20,7 +20,7 @@ struct Options {
   int32_t page = 1;
   int32_t pageSize = 20;
   bool all = false;
-  std::string input;         // find: the request file; details: the executable; encipher, decipher: the file to read
+  std::string input;  // find: the request file; details: the executable; encipher, decipher: the file to read
   int32_t intervalMs = 200;  // watch
   int32_t durationMs = 0;    // watch: 0 goes on until Ctrl+C
 };
@@ -30,8 +30,8 @@ inline constexpr int kExitSuccess = 0;
 inline constexpr int kExitFailure = 1;  // the work could not be done
 inline constexpr int kExitUsage = 2;    // the command line was wrong
 
-// Reads the command line (without the program's name). True: `options` says what to do. False: help or version was
-// printed, or an error was explained, and `exitCode` is the program's.
+// Reads the command line (without the program's name). True: `options` says what to do. False: help or
+// version was printed, or an error was explained, and `exitCode` is the program's.
 bool ParseOptions(const std::vector<std::string>& arguments, Options& options, int& exitCode);
 
 }  // namespace tarnwick::host

@@ -11,14 +11,16 @@ namespace {
 
 bool HasEnded(const StrategyReport& strategy) {
   return strategy.finished ||
-         std::any_of(strategy.lines.begin(), strategy.lines.end(),
-                     [](const std::string& line) { return line.find("Scan completed!") != std::string::npos; });
+         std::any_of(strategy.lines.begin(), strategy.lines.end(), [](const std::string& line) {
+           return line.find("Scan completed!") != std::string::npos;
+         });
 }
 
 size_t FoundLines(const StrategyReport& strategy) {
-  return static_cast<size_t>(std::count_if(strategy.lines.begin(), strategy.lines.end(), [](const std::string& line) {
-    return line.find("Found") != std::string::npos && line.find(" -> ") != std::string::npos;
-  }));
+  return static_cast<size_t>(
+      std::count_if(strategy.lines.begin(), strategy.lines.end(), [](const std::string& line) {
+        return line.find("Found") != std::string::npos && line.find(" -> ") != std::string::npos;
+      }));
 }
 
 }  // namespace
@@ -34,7 +36,8 @@ std::string ProgressText(const ScanReporter& reporter) {
     ++inLevel;
     if (HasEnded(strategy)) ++ended;
   }
-  return fmt::format("Level {}: {} of {} strategies finished, {} found", reporter.CurrentLevel(), ended, inLevel, found);
+  return fmt::format("Level {}: {} of {} strategies finished, {} found", reporter.CurrentLevel(), ended,
+                     inLevel, found);
 }
 
 void DrawProgress(const std::string& text) { WriteStandardError("\r\x1b[K" + text); }

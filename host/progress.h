@@ -7,7 +7,8 @@
 
 namespace tarnwick::host {
 
-// "Level 3: 4 of 9 strategies have said their last word, 12 games found", or an empty text before the first level.
+// "Level 3: 4 of 9 strategies have said their last word, 12 games found", or an empty text before the first
+// level.
 std::string ProgressText(const ScanReporter& reporter);
 
 // Draws `text` over the line drawn before; an empty text clears the line.

@@ -7,12 +7,16 @@ namespace tarnwick::host {
 namespace {
 
 // The text between `prefix` and `suffix`, if the line is made of the three.
-std::optional<std::string> Between(const std::string& line, const std::string& prefix, const std::string& suffix) {
-  if (line.size() < prefix.size() + suffix.size() || !line.starts_with(prefix) || !line.ends_with(suffix)) return {};
+std::optional<std::string> Between(const std::string& line, const std::string& prefix,
+                                   const std::string& suffix) {
+  if (line.size() < prefix.size() + suffix.size() || !line.starts_with(prefix) || !line.ends_with(suffix))
+    return {};
   return line.substr(prefix.size(), line.size() - prefix.size() - suffix.size());
 }
 
-size_t NumberIn(const std::string& text) { return static_cast<size_t>(std::strtoull(text.c_str(), nullptr, 10)); }
+size_t NumberIn(const std::string& text) {
+  return static_cast<size_t>(std::strtoull(text.c_str(), nullptr, 10));
+}
 
 // Found lines show the path as the strategy had it; the answer's "loc" has single backslashes only.
 std::string Normalized(std::string path) {
@@ -51,7 +55,8 @@ void ScanReporter::Add(const LogEntry& entry) {
     strategy->started = true;
     strategyOfThread_[entry.threadId] = index;
     startOfStrategy_[index] = entry.time;
-  } else if (const size_t at = line.find("] finished. Found: "); line.starts_with("Strategy [") && at != std::string::npos) {
+  } else if (const size_t at = line.find("] finished. Found: ");
+             line.starts_with("Strategy [") && at != std::string::npos) {
     StrategyReport* strategy = Find(line.substr(10, at - 10));
     if (strategy == nullptr) return;
     strategy->finished = true;
@@ -79,7 +84,8 @@ void ScanReporter::AddThreadLine(const LogEntry& entry) {
 }
 
 std::string StrategyThatFound(const ScanReport& report, const std::string& name, const std::string& path) {
-  // A merged game may carry another strategy's name for the same executable, so the path alone decides second.
+  // A merged game may carry another strategy's name for the same executable, so the path alone decides
+  // second.
   for (const std::string& wanted : {name, std::string()}) {
     for (const StrategyReport& strategy : report.strategies) {
       for (const std::string& line : strategy.lines) {

@@ -1,6 +1,6 @@
 #pragma once
-// What a scan did, drawn from the library's log lines: its levels, its strategies, what each found and how long it
-// ran. The library has no other way of telling.
+// What a scan did, drawn from the library's log lines: its levels, its strategies, what each found and how
+// long it ran. The library has no other way of telling.
 
 #include "host/log_capture.h"
 
@@ -16,8 +16,8 @@ struct StrategyReport {
   bool started = false;
   bool finished = false;  // the level's barrier has passed
   size_t found = 0;       // results before merging
-  // From the strategy's start line to the last line of its thread; a strategy says something when it ends, but for
-  // the few early ways out.
+  // From the strategy's start line to the last line of its thread; a strategy says something when it ends,
+  // but for the few early ways out.
   double milliseconds = 0;
   std::vector<std::string> lines;  // all that its thread logged, in order
 };
@@ -48,8 +48,8 @@ class ScanReporter {
   bool hasLevel_ = false;
 };
 
-// The strategy that found the game first: a line of its thread that says "Found", and ends in the name, " -> " and the
-// path. Empty if no line does.
+// The strategy that found the game first: a line of its thread that says "Found", and ends in the name, " ->
+// " and the path. Empty if no line does.
 std::string StrategyThatFound(const ScanReport& report, const std::string& name, const std::string& path);
 
 }  // namespace tarnwick::host

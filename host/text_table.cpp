@@ -9,8 +9,8 @@ namespace {
 
 constexpr size_t kWidest = 400;
 
-// How many terminal columns a cell takes: {fmt} knows which characters are two columns wide, so the width is what it
-// does not have to fill.
+// How many terminal columns a cell takes: {fmt} knows which characters are two columns wide, so the width is
+// what it does not have to fill.
 size_t DisplayWidth(const std::string& cell) {
   const std::string padded = fmt::format("{:\x01<{}}", cell, kWidest);
   return kWidest - static_cast<size_t>(std::count(padded.begin(), padded.end(), '\x01'));
@@ -18,7 +18,8 @@ size_t DisplayWidth(const std::string& cell) {
 
 std::string Cleaned(const std::string& cell) {
   std::string clean = cell;
-  std::replace_if(clean.begin(), clean.end(), [](char byte) { return static_cast<unsigned char>(byte) < 0x20; }, ' ');
+  std::replace_if(
+      clean.begin(), clean.end(), [](char byte) { return static_cast<unsigned char>(byte) < 0x20; }, ' ');
   return clean;
 }
 

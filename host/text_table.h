@@ -8,7 +8,8 @@ namespace tarnwick::host {
 
 using Row = std::vector<std::string>;
 
-// The header, a rule and the rows, each line ended by a line feed. Control characters inside cells become blanks.
+// The header, a rule and the rows, each line ended by a line feed. Control characters inside cells become
+// blanks.
 std::string FormatTable(const Row& header, const std::vector<Row>& rows);
 
 }  // namespace tarnwick::host
