@@ -19,7 +19,9 @@ bool HasEnded(const StrategyReport& strategy) {
 size_t FoundLines(const StrategyReport& strategy) {
   return static_cast<size_t>(
       std::count_if(strategy.lines.begin(), strategy.lines.end(), [](const std::string& line) {
-        return line.find("Found") != std::string::npos && line.find(" -> ") != std::string::npos;
+        // A Steam app without an executable is skipped with a line of the same form.
+        return line.find("Found") != std::string::npos && line.find(" -> ") != std::string::npos &&
+               line.find(" -> No Exe") == std::string::npos;
       }));
 }
 
