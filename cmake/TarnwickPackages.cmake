@@ -2,11 +2,16 @@
 
 # Header-only packages of the system's lie in /usr/include, which a cross build must never see whole. This gives a
 # target a folder of the build tree that links to just the headers asked for.
+set(TARNWICK_HEADER_OF_CLI CLI/CLI.hpp)
+set(TARNWICK_HEADER_OF_nlohmann nlohmann/json.hpp)
+set(TARNWICK_HEADER_OF_fmt fmt/format.h)
+
 function(tarnwick_use_headers target)
   set(folder ${PROJECT_BINARY_DIR}/system-headers)
   file(MAKE_DIRECTORY ${folder})
   foreach(package ${ARGN})
-    find_path(TARNWICK_${package}_ROOT ${package} PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH)
+    # A header of the package, not its folder: programs in /usr/bin bear some of the names too.
+    find_path(TARNWICK_${package}_ROOT NAMES ${TARNWICK_HEADER_OF_${package}} PATHS /usr/include NO_CMAKE_FIND_ROOT_PATH)
     if(NOT TARNWICK_${package}_ROOT)
       message(FATAL_ERROR "The headers of '${package}' are not installed; see scripts/lib/packages.sh for the package.")
     endif()

@@ -1,0 +1,17 @@
+#pragma once
+// One function for each command. They return the program's exit code and throw std::runtime_error with a text
+// for people when the work can't be done.
+
+#include "host/options.h"
+
+namespace tarnwick::host {
+
+int RunScan(const Options& options);
+int RunApps(const Options& options);
+int RunFind(const Options& options);
+int RunDetails(const Options& options);
+int RunWatch(const Options& options);
+int RunEncipher(const Options& options);
+int RunDecipher(const Options& options);
+
+}  // namespace tarnwick::host

@@ -1,0 +1,37 @@
+#pragma once
+// What the command line asks for. All texts are UTF-8.
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tarnwick::host {
+
+enum class Format { kTable, kJson, kHtml };
+
+struct Options {
+  std::string command;  // "scan", "apps", "find", "details", "watch", "encipher" or "decipher"
+  Format format = Format::kTable;
+  std::string output;  // a file's path; empty for the standard output
+  bool log = false;    // the library's log goes to the standard error
+
+  std::string catalogue;  // scan: empty lets the library look in the current folder
+  std::string filter;     // apps
+  int32_t page = 1;
+  int32_t pageSize = 20;
+  bool all = false;
+  std::string input;  // find: the request file; details: the executable; encipher, decipher: the file to read
+  int32_t intervalMs = 200;  // watch
+  int32_t durationMs = 0;    // watch: 0 goes on until Ctrl+C
+};
+
+// Exit codes of the program.
+inline constexpr int kExitSuccess = 0;
+inline constexpr int kExitFailure = 1;  // the work could not be done
+inline constexpr int kExitUsage = 2;    // the command line was wrong
+
+// Reads the command line (without the program's name). True: `options` says what to do. False: help or
+// version was printed, or an error was explained, and `exitCode` is the program's.
+bool ParseOptions(const std::vector<std::string>& arguments, Options& options, int& exitCode);
+
+}  // namespace tarnwick::host

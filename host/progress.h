@@ -1,0 +1,17 @@
+#pragma once
+// One line on the terminal that shows how far a scan is.
+
+#include "host/scan_report.h"
+
+#include <string>
+
+namespace tarnwick::host {
+
+// "Level 3: 4 of 9 strategies have said their last word, 12 games found", or an empty text before the first
+// level.
+std::string ProgressText(const ScanReporter& reporter);
+
+// Draws `text` over the line drawn before; an empty text clears the line.
+void DrawProgress(const std::string& text);
+
+}  // namespace tarnwick::host
