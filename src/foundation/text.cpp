@@ -105,6 +105,12 @@ std::string StripOuterQuotes(const std::string& text) {
   return text.size() < 2 ? std::string() : text.substr(1, text.size() - 2);
 }
 
+std::string TrimCharacters(const std::string& text, const char* characters) {
+  const size_t first = text.find_first_not_of(characters);
+  return first == std::string::npos ? std::string()
+                                    : text.substr(first, text.find_last_not_of(characters) - first + 1);
+}
+
 std::string TrimLeadingSeparators(const std::string& path) {
   const size_t first = path.find_first_not_of("\\/");
   return first == std::string::npos ? std::string() : path.substr(first);
@@ -112,6 +118,16 @@ std::string TrimLeadingSeparators(const std::string& path) {
 
 std::string TrimTrailingSeparators(const std::string& path) {
   return path.substr(0, path.find_last_not_of("\\/") + 1);
+}
+
+std::string ReadAll(std::istream& stream) {
+  std::string text;
+  char chunk[1 << 14];
+  do {
+    stream.read(chunk, sizeof(chunk));
+    text.append(chunk, static_cast<size_t>(stream.gcount()));
+  } while (stream);
+  return text;
 }
 
 }  // namespace tarnwick

@@ -1,8 +1,185 @@
 // Edge: Battle.net games, from the agent's logs.
 #include "launchers/battle_net_search_v2.h"
 
-namespace tarnwick {
+#include "foundation/conversions.h"
+#include "foundation/files.h"
+#include "foundation/log.h"
+#include "foundation/text.h"
+#include "foundation/windows_api.h"
+#include "matching/found_report.h"
+#include "matching/paths.h"
+#include "matching/signature_index.h"
 
-ScanResults BattleNetSearchV2(const GameList&, const std::string&) { return {}; }
+#include <shlobj.h>
+#include <winver.h>
+#include <algorithm>
+#include <cstdio>
+#include <filesystem>
+#include <set>
+
+namespace tarnwick {
+namespace {
+
+const std::string kPrefix = "[BattleNetSearchV2]";
+
+constexpr size_t kLogsRead = 3;
+constexpr size_t kMostProducts = 20;
+
+// The launcher's own components.
+const std::set<std::string> kExcludedProducts = {"bna", "agent", "clnt", "battle.net", "prometheus"};
+
+bool IsAgentLog(const std::filesystem::path& path) {
+  const std::string name = PathToUtf8(path.filename());
+  return name.starts_with("Agent-") && name.find(".log") != std::string::npos;
+}
+
+struct AgentLog {
+  uint64_t written = 0;
+  std::string path;
+};
+
+// The newest agent logs of a folder and all below it, newest first.
+std::vector<AgentLog> NewestAgentLogs(const std::string& folder) {
+  std::vector<AgentLog> logs;
+  ForEachFile(PathFromUtf8(folder), true, [&](const std::filesystem::path& path) {
+    if (IsAgentLog(path)) logs.push_back({LastWriteTime(path), PathToUtf8(path)});
+  });
+  std::stable_sort(logs.begin(), logs.end(), [](const AgentLog& first, const AgentLog& second) {
+    return first.written > second.written;
+  });
+  logs.resize(std::min(logs.size(), kLogsRead));
+  return logs;
+}
+
+void AppendCandidates(std::vector<std::string>& candidates, const std::string& installPath,
+                      const std::string& exe, const std::string& fragments) {
+  if (exe.empty()) return;
+  for (std::string& candidate :
+       BuildFolderCandidates(CombinePath(installPath, exe), SplitPipeList(fragments))) {
+    candidates.push_back(std::move(candidate));
+  }
+}
+
+std::string FindByCatalogue(const std::string& installPath, const GameSignature& signature) {
+  std::vector<std::string> candidates;
+  AppendCandidates(candidates, installPath, signature.DefaultExe, GetDefaultFolderExe(signature));
+  AppendCandidates(candidates, installPath, signature.DefaultExe32, signature.DefaultFolderExe32);
+  // Kept: the 64-bit executable goes with the plain folders, not with DefaultFolderExe64.
+  AppendCandidates(candidates, installPath, signature.DefaultExe64, signature.DefaultFolderExe);
+  if (const std::string exe = GetDefaultExe(signature); !exe.empty()) {
+    candidates.push_back(CombinePath(installPath, exe));
+  }
+  const auto found = std::find_if(candidates.begin(), candidates.end(), FileExists);
+  return found == candidates.end() ? std::string() : *found;
+}
+
+std::string FindByLog(const BattleNetGameEntry& entry) {
+  std::string exe;
+  if (!entry.relativePath64.empty()) exe = CombinePath(entry.installPath, entry.relativePath64);
+  if (!FileExists(exe) && !entry.relativePath.empty())
+    exe = CombinePath(entry.installPath, entry.relativePath);
+  return exe.empty() ? exe : FullPath(exe);
+}
+
+void ReportEntry(ScanResults& results, const BattleNetGameEntry& entry,
+                 const SignatureIndex& signaturesByExId) {
+  if (kExcludedProducts.contains(ToLowerBytes(entry.gameId)) || !ExistsOrThrow(entry.installPath)) return;
+  const GameSignature* signature = FindSignature(signaturesByExId, entry.gameId);
+  std::string exe = signature == nullptr ? std::string() : FindByCatalogue(entry.installPath, *signature);
+  if (exe.empty()) exe = FindByLog(entry);
+  if (!FileExists(exe)) return;
+  ScanResult result;
+  result.name = GetExeProductName(exe);
+  if (result.name.empty()) result.name = ExeStemOrUnknown(exe);
+  StripTrademarkSigns(result.name);
+  result.exePath = exe;
+  result.launchUrl = "battle.net://launch/" + entry.gameId;
+  result.source = "Battle.net: " + entry.gameId;
+  ReportFound(results, kPrefix, result);
+}
+
+// The version resource of a file; empty if it has none.
+std::vector<char> ReadVersionBlock(const std::string& path) {
+  DWORD ignored = 0;
+  const DWORD size = GetFileVersionInfoSizeA(path.c_str(), &ignored);
+  std::vector<char> block(size);
+  if (size == 0 || !GetFileVersionInfoA(path.c_str(), 0, size, block.data())) return {};
+  return block;
+}
+
+// The key of the first string table that the block names, such as \StringFileInfo\040904b0\ ; empty if it
+// names none.
+std::string FirstStringTable(const std::vector<char>& block) {
+  void* translation = nullptr;
+  UINT length = 0;
+  if (!VerQueryValueA(block.data(), "\\VarFileInfo\\Translation", &translation, &length) || length < 4)
+    return {};
+  const WORD* pair = static_cast<const WORD*>(translation);
+  char table[64];
+  std::snprintf(table, sizeof(table), "\\StringFileInfo\\%04x%04x\\", pair[0], pair[1]);
+  return table;
+}
+
+bool QueryVersionText(const std::vector<char>& block, const std::string& key, std::string& text) {
+  void* value = nullptr;
+  UINT length = 0;
+  if (!VerQueryValueA(block.data(), key.c_str(), &value, &length) || value == nullptr) return false;
+  text = AnsiToUtf8(std::string(static_cast<const char*>(value), length).c_str());
+  return true;
+}
+
+bool NamesSetup(const std::string& text) { return ToUpperBytes(text).find("SETUP") != std::string::npos; }
+
+}  // namespace
+
+ScanResults BattleNetSearchV2(const GameList& games, const std::string&) {
+  LogStream() << "[BattleNetSearchV2] Starting Battle.net Search V2...\n";
+  const std::vector<BattleNetGameEntry> entries =
+      GetBattleNetGamesFromLogs(ShellFolder(CSIDL_COMMON_APPDATA));
+  const SignatureIndex signaturesByExId =
+      IndexSignatures(games, kSourceBattleNet, &GameSignature::SourceExId);
+  ScanResults results;
+  for (const BattleNetGameEntry& entry : entries) ReportEntry(results, entry, signaturesByExId);
+  ReportCompletion(results, kPrefix);
+  return results;
+}
+
+std::vector<BattleNetGameEntry> GetBattleNetGamesFromLogs(const std::string& commonAppData) {
+  std::vector<BattleNetGameEntry> entries;
+  if (commonAppData.empty()) return entries;
+  LogExceptions("[BattleNetSearchV2] Error getting Battle.net games: ", [&] {
+    const std::string folder = commonAppData + "\\Battle.net\\Agent";
+    if (!IsDirectoryOrThrow(folder)) return;
+    std::set<std::string> seen;
+    for (const AgentLog& log : NewestAgentLogs(folder)) {
+      for (BattleNetGameEntry& entry : ParseAgentLog(log.path)) {
+        if (seen.insert(ToLowerBytes(entry.gameId)).second) entries.push_back(std::move(entry));
+      }
+    }
+    // Only now: a product beyond the limit stays out even if an earlier one proves to be gone.
+    if (entries.size() > kMostProducts) entries.resize(kMostProducts);
+  });
+  return entries;
+}
+
+std::vector<BattleNetGameEntry> ParseAgentLog(const std::string& path) {
+  std::ifstream log = OpenTextFile(path);
+  return ReadAgentLog(log, path);
+}
+
+std::string GetExeProductName(const std::string& path) {
+  std::string name;
+  try {
+    const std::vector<char> block = ReadVersionBlock(path);
+    const std::string table = block.empty() ? std::string() : FirstStringTable(block);
+    if (table.empty() || !QueryVersionText(block, table + "FileDescription", name) || !NamesSetup(name))
+      return name;
+    std::string product;
+    if (QueryVersionText(block, table + "ProductName", product) && !NamesSetup(product)) name = product;
+  } catch (...) {
+    // The name so far, or the file's own, is as good as any.
+  }
+  return name;
+}
 
 }  // namespace tarnwick

@@ -1,8 +1,110 @@
 // Edge: miHoYo games, from the HoYoPlay launcher's gamedata.dat files and the catalogue.
 #include "launchers/mihoyo_platform_search.h"
 
-namespace tarnwick {
+#include "foundation/files.h"
+#include "foundation/log.h"
+#include "foundation/text.h"
+#include "foundation/windows_api.h"
+#include "matching/found_report.h"
+#include "matching/paths.h"
+#include "matching/signature_index.h"
 
-ScanResults MihoyoPlatformSearch(const GameList&, const std::string&) { return {}; }
+#include <shlobj.h>
+#include <filesystem>
+#include <iterator>
+#include <map>
+#include <utility>
+
+namespace tarnwick {
+namespace {
+
+const std::string kPrefix = "[MihoyoPlatformSearch]";
+
+constexpr const char* kLauncherRoots[] = {"\\miHoYo\\HYP", "\\Cognosphere\\HYP",
+                                          "\\Cognosphere\\HYP\\standalone"};
+
+// The id is trimmed on both sides of the comparison; of signatures that are equal then, the last in the list
+// stays.
+SignatureIndex IndexByTrimmedId(const GameList& games) {
+  SignatureIndex index;
+  for (const GameSignature& game : games) {
+    if (game.SourceKind != kSourceMihoyo || game.SourceExId.empty()) continue;
+    index[TrimCharacters(game.SourceExId, " \t")] = game;
+  }
+  return index;
+}
+
+std::vector<MihoyoGameEntry> ReadRoot(int root, const std::string& appData) {
+  std::vector<MihoyoGameEntry> entries;
+  for (const std::string& path : GetGameDataPaths(root, appData)) {
+    for (MihoyoGameEntry& entry : ParseGameDataFile(path)) entries.push_back(std::move(entry));
+  }
+  return entries;
+}
+
+// The first entry of each gameBiz, and so miHoYo's before Cognosphere's.
+std::map<std::string, MihoyoGameEntry> ReadEntriesByGameBiz() {
+  const std::string appData = ShellFolder(CSIDL_APPDATA);
+  std::map<std::string, MihoyoGameEntry> entries;
+  for (const int root : {0, 1}) {
+    for (MihoyoGameEntry& entry : ReadRoot(root, appData))
+      entries.try_emplace(entry.gameBiz, std::move(entry));
+  }
+  // Kept: the standalone root's files are read and contribute nothing.
+  ReadRoot(2, appData);
+  return entries;
+}
+
+void ReportEntry(ScanResults& results, const MihoyoGameEntry& entry, const SignatureIndex& signaturesByExId) {
+  const GameSignature* signature = FindSignature(signaturesByExId, TrimCharacters(entry.gameBiz, " \t"));
+  if (signature == nullptr) return;
+  const std::string& exe = signature->RunningExe.empty() ? signature->DefaultExe : signature->RunningExe;
+  if (exe.empty()) return;
+  const std::string candidate = CombinePath(entry.installPath, exe);
+  if (!FileExists(candidate)) return;
+  ScanResult result;
+  result.name = signature->DisplayName;
+  result.exePath = candidate;
+  result.launchUrl = signature->LaunchUrl;
+  result.source = "Mihoyo Platform: " + entry.gameBiz;
+  ReportFound(results, kPrefix, result);
+}
+
+}  // namespace
+
+ScanResults MihoyoPlatformSearch(const GameList& games, const std::string&) {
+  LogStream() << "[MihoyoPlatformSearch] Starting Mihoyo Platform Search...\n";
+  const SignatureIndex signaturesByExId = IndexByTrimmedId(games);
+  if (signaturesByExId.empty()) {
+    LogStream() << "[MihoyoPlatformSearch] No Mihoyo games in MGL.\n";
+    return {};
+  }
+  ScanResults results;
+  for (const auto& [gameBiz, entry] : ReadEntriesByGameBiz()) ReportEntry(results, entry, signaturesByExId);
+  ReportCompletion(results, kPrefix);
+  return results;
+}
+
+std::vector<std::string> GetGameDataPaths(int root, const std::string& appData) {
+  std::vector<std::string> paths;
+  if (appData.empty()) return paths;
+  LogExceptions("[MihoyoPlatformSearch] Error getting gamedata paths: ", [&] {
+    const std::string folder = appData + kLauncherRoots[root];
+    if (!IsDirectoryOrThrow(folder)) return;
+    ForEachFile(PathFromUtf8(folder), true, [&](const std::filesystem::path& file) {
+      if (file.filename() != "gamedata.dat") return;
+      const std::string path = PathToUtf8(file);
+      // What belongs to the standalone root is that root's alone.
+      if (root == 1 && path.find("standalone") != std::string::npos) return;
+      paths.push_back(path);
+    });
+  });
+  return paths;
+}
+
+std::vector<MihoyoGameEntry> ParseGameDataFile(const std::string& path) {
+  std::ifstream file = OpenTextFile(path);
+  return ReadGameData(file, path);
+}
 
 }  // namespace tarnwick

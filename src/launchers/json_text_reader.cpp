@@ -1,0 +1,47 @@
+// Reader: the searches in JSON text that more than one launcher uses.
+#include "launchers/json_text_reader.h"
+
+#include <algorithm>
+
+namespace tarnwick {
+namespace {
+
+constexpr size_t kNone = std::string_view::npos;
+
+}  // namespace
+
+size_t JsonFindColon(std::string_view text, std::string_view key) {
+  const std::string needle = '"' + std::string(key) + '"';
+  const size_t at = text.find(needle);
+  return at == kNone ? kNone : text.find(':', at);
+}
+
+size_t JsonSkipBlanks(std::string_view text, size_t at) {
+  return std::min(text.find_first_not_of(" \t\n\r", at), text.size());
+}
+
+size_t JsonFindClosingQuote(std::string_view text, size_t start) {
+  size_t end = text.find('"', start);
+  while (end != kNone && text[end - 1] == '\\') end = text.find('"', end + 1);
+  return end;
+}
+
+std::string JsonFindString(std::string_view text, std::string_view key) {
+  const size_t colon = JsonFindColon(text, key);
+  if (colon == kNone) return {};
+  const size_t quote = JsonSkipBlanks(text, colon + 1);
+  if (quote == text.size() || text[quote] != '"') return {};
+  const size_t end = JsonFindClosingQuote(text, quote + 1);
+  return end == kNone ? std::string() : std::string(text.substr(quote + 1, end - quote - 1));
+}
+
+std::string JsonFindNextQuoted(std::string_view text, std::string_view key) {
+  const size_t colon = JsonFindColon(text, key);
+  if (colon == kNone) return {};
+  const size_t quote = text.find('"', colon);
+  if (quote == kNone) return {};
+  const size_t end = text.find('"', quote + 1);
+  return end == kNone ? std::string() : std::string(text.substr(quote + 1, end - quote - 1));
+}
+
+}  // namespace tarnwick
