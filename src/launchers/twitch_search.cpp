@@ -1,8 +1,34 @@
-// Edge: Games of the Twitch app; its database is out of reach, so nothing is ever found.
+// Edge: games of the Twitch app.
 #include "launchers/twitch_search.h"
 
-namespace tarnwick {
+#include "launchers/sqlite_stub.h"
 
-ScanResults Twitch::TwitchSearch() { return {}; }
+namespace tarnwick {
+namespace {
+
+constexpr int kCommonData = 35;  // CSIDL_COMMON_APPDATA
+
+const DatabaseLauncher kTwitch = {"[TwitchSearch]", "Starting Twitch Search...", kCommonData,
+                                  R"(\Twitch\Games\Sql\GameInstallInfo.sqlite)"};
+
+}  // namespace
+
+std::string GetTwitchDatabasePath() { return DatabasePath(kTwitch); }
+
+std::vector<TwitchGameRow> ReadTwitchGames() {
+  LogUnreadDatabase(kTwitch);
+  return {};
+}
+
+ScanResult TwitchResult(const TwitchGameRow& row) {
+  ScanResult result;
+  result.name = row.name;
+  result.exePath = row.path;
+  result.launchUrl = "twitch://fuel-launch/" + row.id;
+  result.source = row.sourceText;
+  return result;
+}
+
+ScanResults Twitch::TwitchSearch() { return SearchDatabase(kTwitch, ReadTwitchGames, TwitchResult); }
 
 }  // namespace tarnwick
