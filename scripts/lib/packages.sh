@@ -8,7 +8,7 @@ TARNWICK_BUILD_PACKAGES=(
   googletest nlohmann-json3-dev libcli11-dev libfmt-dev
 )
 # Running it on this machine.
-TARNWICK_RUN_PACKAGES=(wine wine64 xvfb xauth)
+TARNWICK_RUN_PACKAGES=(wine wine64 xvfb)
 # The tests beside that: sanitizers and fuzz targets, benches, the page in a browser, the scripts themselves.
 TARNWICK_TEST_PACKAGES=(
   clang-19 libclang-rt-19-dev clang-format-19 libbenchmark-dev libpugixml-dev

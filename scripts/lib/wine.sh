@@ -1,28 +1,50 @@
 # shellcheck shell=bash
-# A Windows to run on: a Wine prefix of the build tree's own, made once and thrown away with it. Sourced by the scripts.
+# A Windows to run on: a Wine prefix and a display of the build tree's own, made anew and ended with the script. Sourced by
+# the scripts.
 
 export WINEPREFIX=${TARNWICK_WINEPREFIX:-$PWD/build/wine}
 export WINEDEBUG=${WINEDEBUG:--all}
+# Nobody is there to answer whether Mono and Gecko should be installed, and menus belong to no desktop here.
 export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
-# Wine 8 and later ask whether to install Mono and Gecko; nobody is there to answer.
 export WINEARCH=win64
 # The prefix is ours alone, so tests and the desktop builder may write its registry and its drive C:.
 export TARNWICK_THROWAWAY_MACHINE=1
 
-end_wine() { wineserver -k >/dev/null 2>&1 || true; }
+display_pid=
+
+# Wine first: its processes complain aloud about a display that goes away under them.
+end_wine() {
+  wineserver -k >/dev/null 2>&1 || true
+  wineserver -w >/dev/null 2>&1 || true
+  if [ -n "$display_pid" ]; then kill "$display_pid" 2>/dev/null || true; fi
+}
+
+# The foreground window needs a display.
+start_display() {
+  local number=build/display-number
+  : >"$number"
+  Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$number" 2>build/display.log &
+  display_pid=$!
+  for _ in $(seq 100); do
+    [ -s "$number" ] && break
+    sleep 0.1
+  done
+  [ -s "$number" ] || fail "no virtual display: see build/display.log"
+  DISPLAY=:$(tr -d '[:space:]' <"$number")
+  export DISPLAY
+}
 
 # Starts from an empty Windows, so that nothing of an earlier run is taken for a result of this one.
 fresh_wine() {
-  end_wine
-  rm -rf "$WINEPREFIX"
-  mkdir -p "$(dirname "$WINEPREFIX")"
   say "Setting up Wine"
-  if ! { wineboot -i && winecfg -v win10 && wineserver -p; } >build/wine.log 2>&1 || [ ! -d "$WINEPREFIX/drive_c/windows" ]; then
+  mkdir -p build
+  wineserver -k >/dev/null 2>&1 || true
+  rm -rf "$WINEPREFIX"
+  trap end_wine EXIT
+  start_display
+  if ! { wineboot -i && winecfg -v win10 && wineserver -p; } >build/wine.log 2>&1 ||
+    [ ! -d "$WINEPREFIX/drive_c/windows" ]; then
     cat build/wine.log >&2
     fail "Wine could not set up its prefix $WINEPREFIX"
   fi
-  trap end_wine EXIT
 }
-
-# Under a display of its own: the foreground window needs one.
-run_wine() { xvfb-run -a wine "$@"; }
