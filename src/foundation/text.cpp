@@ -8,8 +8,12 @@
 namespace tarnwick {
 namespace {
 
+// None is left, not even one that an erasure joined together.
 void EraseAll(std::string& text, const std::string& what) {
-  for (size_t at = text.find(what); at != std::string::npos; at = text.find(what, at)) text.erase(at, what.size());
+  for (size_t at = text.find(what); at != std::string::npos;
+       at = text.find(what, at - std::min(at, what.size()))) {
+    text.erase(at, what.size());
+  }
 }
 
 void AppendControlCharacter(std::wstring& out, wchar_t unit) {
@@ -21,7 +25,8 @@ void AppendControlCharacter(std::wstring& out, wchar_t unit) {
 
 }  // namespace
 
-const std::vector<std::string> IgnoredExeNames = {"uninstall.exe", "unins000.exe", "setup.exe", "install.exe"};
+const std::vector<std::string> IgnoredExeNames = {"uninstall.exe", "unins000.exe", "setup.exe",
+                                                  "install.exe"};
 
 void AppendJsonEscaped(std::wstring& out, const std::wstring& text) {
   for (const wchar_t unit : text) {

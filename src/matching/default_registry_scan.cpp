@@ -1,4 +1,5 @@
-// Edge: the first strategy. A signature with a registry key and no value name is looked up by "InstallLocation".
+// Edge: the first strategy. A signature with a registry key and no value name is looked up by
+// "InstallLocation".
 #include "matching/default_registry_scan.h"
 
 #include "foundation/log.h"

@@ -1,8 +1,61 @@
-// Edge: Every entry of the Windows game explorer whose executable exists.
+// Edge: every entry of the Windows game explorer whose executable exists.
 #include "matching/gameux_info_search.h"
 
-namespace tarnwick {
+#include "foundation/log.h"
+#include "matching/registry.h"
 
-ScanResults ScanGameUxInfo() { return {}; }
+#include <exception>
+
+namespace tarnwick {
+namespace {
+
+using Values = std::map<std::string, std::string>;
+
+std::string ValueOrEmpty(const Values& values, const std::string& name) {
+  const auto found = values.find(name);
+  return found == values.end() ? std::string() : found->second;
+}
+
+void AddSubkey(const std::string& subkey, GameUxEntries& entries) {
+  if (subkey.empty()) return;
+  GameUxEntry entry;
+  entry.keyPath = kGameUxListKey + subkey;
+  entry.applicationId = subkey;
+  const Values values = EnumRegistryValues(entry.keyPath, false);
+  entry.appExePath = ValueOrEmpty(values, "AppExePath");
+  // Kept: found by this exact name alone. An entry that spells it "ConfigGDFBinaryPath" has none here.
+  entry.configGdfBinaryPath = ValueOrEmpty(values, "ConfigGdfBinaryPath");
+  entries[subkey] = entry;
+}
+
+}  // namespace
+
+GameUxEntries ReadGameUxInfoEntries() {
+  GameUxEntries entries;
+  try {
+    for (const std::string& subkey : EnumRegistrySubKeys(kGameUxListKey, false)) AddSubkey(subkey, entries);
+  } catch (const std::exception& error) {
+    LogStream() << "[GameUXInfoSearch] Error reading GameUX registry: " << error.what() << "\n";
+  }
+  return entries;
+}
+
+ScanResults ScanGameUxInfo() {
+  LogStream() << "[GameUXInfoSearch] Starting GameUX Info Search...\n";
+  ScanResults results;
+  for (const auto& [id, entry] : ReadGameUxInfoEntries()) {
+    const std::string exe = FindGameUxExecutable(entry);
+    if (exe.empty()) continue;
+    ScanResult result;
+    result.name = entry.applicationId;
+    result.exePath = exe;
+    result.source = "GameUX Info: " + entry.applicationId;
+    result.found = true;
+    results.push_back(result);
+    LogStream() << "[GameUXInfoSearch] Found: " << entry.applicationId << " -> " << exe << "\n";
+  }
+  LogStream() << "[GameUXInfoSearch] Scan completed! Found " << results.size() << " games.\n";
+  return results;
+}
 
 }  // namespace tarnwick

@@ -40,7 +40,9 @@ bool HasSegment(const std::string& folder, const std::string& head) {
   });
 }
 
-std::string LowerHead(const std::string& fragment) { return ToLowerBytes(fragment.substr(0, fragment.find('\\'))); }
+std::string LowerHead(const std::string& fragment) {
+  return ToLowerBytes(fragment.substr(0, fragment.find('\\')));
+}
 
 }  // namespace
 
@@ -95,9 +97,11 @@ bool FolderOverlapsFragment(const std::string& folder, const std::string& fragme
 
 std::string MergeOverlappingFragment(const std::string& folder, const std::string& fragment) {
   const Overlap overlap = PrepareOverlap(folder, fragment);
-  if (!HasSegment(overlap.folder, LowerHead(overlap.fragment))) return overlap.folder + '\\' + overlap.fragment;
+  if (!HasSegment(overlap.folder, LowerHead(overlap.fragment)))
+    return overlap.folder + '\\' + overlap.fragment;
   const size_t separator = overlap.fragment.find('\\');
-  const std::string tail = separator == std::string::npos ? std::string() : overlap.fragment.substr(separator + 1);
+  const std::string tail =
+      separator == std::string::npos ? std::string() : overlap.fragment.substr(separator + 1);
   return tail.empty() ? overlap.folder : overlap.folder + '\\' + tail;
 }
 

@@ -6,11 +6,12 @@
 
 namespace tarnwick {
 
-// A command line's tokens: split at blanks and tabs outside double quotes. A quote that closes ends the token, one
-// that opens doesn't.
+// A command line's tokens: split at blanks and tabs outside double quotes. A quote that closes ends the
+// token, one that opens doesn't.
 std::vector<std::string> SplitCommandLine(const std::string& text);
 
-// From the last dot of the whole path on, folder names included; empty if there is none or it is the last character.
+// From the last dot of the whole path on, folder names included; empty if there is none or it is the last
+// character.
 std::string GetExtension(const std::string& path);
 
 // False if either is empty.

@@ -5,9 +5,9 @@
 #include "foundation/text.h"
 #include "foundation/windows_api.h"
 
-#include <algorithm>
 #include <shlobj.h>
 #include <shlwapi.h>
+#include <algorithm>
 
 namespace tarnwick {
 namespace {
@@ -103,7 +103,8 @@ std::string ExpandPathTokens(const std::string& text) {
 std::string BuildDrivePath(const std::string& driveRoot, const std::string& folder, const std::string& exe) {
   if (folder.empty() || exe.empty()) return {};
   std::string rest = ExpandPathTokens(folder);
-  // The drive, its colon and one more character go, whatever that is; with nothing behind the colon, substr throws.
+  // The drive, its colon and one more character go, whatever that is; with nothing behind the colon, substr
+  // throws.
   if (rest.size() >= 2 && rest[1] == ':') rest = rest.substr(3);
   const std::string root = driveRoot.empty() ? "C:\\" : driveRoot;
   return CombinePath(root, CombinePath(TrimLeadingSeparators(rest), exe));
@@ -122,10 +123,12 @@ std::string JoinFolderFragment(const std::string& folder, const std::string& fra
   if (fragment.empty()) return folder;
   const std::string base = NormalizeFragment(folder);
   const std::string rest = NormalizeFragment(fragment);
-  return merge && FolderOverlapsFragment(base, rest) ? MergeOverlappingFragment(base, rest) : CombinePath(base, rest);
+  return merge && FolderOverlapsFragment(base, rest) ? MergeOverlappingFragment(base, rest)
+                                                     : CombinePath(base, rest);
 }
 
-std::vector<std::string> BuildFolderCandidates(const std::string& exePath, const std::vector<std::string>& fragments) {
+std::vector<std::string> BuildFolderCandidates(const std::string& exePath,
+                                               const std::vector<std::string>& fragments) {
   std::vector<std::string> candidates = {exePath};
   if (fragments.empty()) return candidates;
   const std::string parent = GetParentFolder(exePath);

@@ -3,8 +3,11 @@
 
 #include "foundation/conversions.h"
 #include "foundation/owner.h"
+#include "matching/registry_value_reader.h"
 
 #include <algorithm>
+#include <optional>
+#include <stdexcept>
 
 namespace tarnwick {
 namespace {
@@ -31,13 +34,14 @@ std::wstring NameToWide(const std::string& text) {
   return wide;
 }
 
+// An open that fails owns nothing, whatever it left in its result.
+RegistryKey Opened(LSTATUS status, HKEY key) { return RegistryKey(status == ERROR_SUCCESS ? key : nullptr); }
+
 RegistryKey OpenKey(HKEY root, const std::string& subkey, REGSAM access) {
   const std::wstring wide = NameToWide(subkey);
-  RegistryKey key;
-  if (RegOpenKeyExW(root, subkey.empty() ? nullptr : wide.c_str(), 0, access, key.Receive()) != ERROR_SUCCESS) {
-    key.Release();
-  }
-  return key;
+  HKEY key = nullptr;
+  const LSTATUS status = RegOpenKeyExW(root, subkey.empty() ? nullptr : wide.c_str(), 0, access, &key);
+  return Opened(status, key);
 }
 
 // The native view first; the two named views only for keys of the machine that don't exist in it.
@@ -60,21 +64,35 @@ RegistryKey OpenKeyInView(const std::string& keyText, bool use64) {
   return OpenKey(root, subkey, KEY_READ | (use64 ? KEY_WOW64_64KEY : KEY_WOW64_32KEY));
 }
 
-bool IsStringType(DWORD type) { return type == REG_SZ || type == REG_EXPAND_SZ; }
+static_assert(kRegistryText == REG_SZ && kRegistryExpandableText == REG_EXPAND_SZ);
 
-// The value's units up to its first NUL. The registry doesn't promise a terminator, nor an even length.
-bool QueryText(HKEY key, const wchar_t* name, std::wstring& text) {
+std::optional<std::wstring> DecodeText(DWORD type, const BYTE* bytes, size_t length) {
+  const std::optional<std::u16string> text = DecodeRegistryText(type, {bytes, length});
+  if (!text) return std::nullopt;
+  return std::wstring(text->begin(), text->end());
+}
+
+// Nothing for a value that is missing or no text.
+std::optional<std::wstring> QueryText(HKEY key, const std::wstring& name) {
   DWORD type = 0;
-  DWORD bytes = 0;
-  if (RegQueryValueExW(key, name, nullptr, &type, nullptr, &bytes) != ERROR_SUCCESS || !IsStringType(type)) return false;
-  std::wstring buffer(bytes / 2 + 4, L'\0');
-  if (RegQueryValueExW(key, name, nullptr, &type, reinterpret_cast<BYTE*>(buffer.data()), &bytes) != ERROR_SUCCESS ||
-      !IsStringType(type)) {
-    return false;
+  DWORD length = 0;
+  const LSTATUS status = RegQueryValueExW(key, name.c_str(), nullptr, &type, nullptr, &length);
+  if (status != ERROR_SUCCESS || !IsRegistryTextType(type)) return std::nullopt;
+  // Room for a few units more: the value may have grown since its size was asked for.
+  std::vector<BYTE> bytes((length / 2 + 4) * sizeof(wchar_t));
+  length = static_cast<DWORD>(bytes.size());
+  if (RegQueryValueExW(key, name.c_str(), nullptr, &type, bytes.data(), &length) != ERROR_SUCCESS)
+    return std::nullopt;
+  return DecodeText(type, bytes.data(), std::min<size_t>(length, bytes.size() - sizeof(wchar_t)));
+}
+
+// A text that can't be converted is no more than an unreadable value here.
+std::string ToUtf8Or(const std::wstring& text, const std::string& defaultText) {
+  try {
+    return WideToUtf8(text);
+  } catch (const std::length_error&) {
+    return defaultText;
   }
-  buffer[std::min<size_t>(bytes / 2, buffer.size() - 1)] = L'\0';
-  text = buffer.c_str();
-  return true;
 }
 
 }  // namespace
@@ -90,11 +108,12 @@ bool ParseRegistryPath(const std::string& text, HKEY& root, std::string& subkey)
   return false;
 }
 
-std::string ReadRegistryString(const std::string& keyText, const std::string& valueName, const std::string& defaultText) {
+std::string ReadRegistryString(const std::string& keyText, const std::string& valueName,
+                               const std::string& defaultText) {
   const RegistryKey key = OpenKeyInSomeView(keyText);
-  std::wstring text;
-  if (!key || !QueryText(key.Get(), NameToWide(valueName).c_str(), text)) return defaultText;
-  return WideToUtf8(text);
+  if (!key) return defaultText;
+  const std::optional<std::wstring> text = QueryText(key.Get(), NameToWide(valueName));
+  return text ? ToUtf8Or(*text, defaultText) : defaultText;
 }
 
 uint32_t ReadRegistryDword(const std::string& keyText, const std::string& valueName) {
@@ -115,8 +134,9 @@ std::vector<std::string> EnumRegistrySubKeys(const std::string& keyText, bool us
   for (DWORD index = 0;; ++index) {
     wchar_t name[256];
     DWORD length = 256;
-    if (RegEnumKeyExW(key.Get(), index, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) break;
-    names.push_back(WideToUtf8(name));
+    if (RegEnumKeyExW(key.Get(), index, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS)
+      break;
+    names.push_back(ToUtf8Or(name, ""));
   }
   return names;
 }
@@ -128,16 +148,14 @@ std::map<std::string, std::string> EnumRegistryValues(const std::string& keyText
   for (DWORD index = 0;; ++index) {
     wchar_t name[512];
     DWORD nameLength = 512;
-    // Two units longer than what is announced, so that an unterminated text of full length ends all the same.
-    wchar_t data[4096 / 2 + 2] = {};
-    DWORD dataBytes = 4096;
+    BYTE data[4096];
+    DWORD dataLength = sizeof(data);
     DWORD type = 0;
-    if (RegEnumValueW(key.Get(), index, name, &nameLength, nullptr, &type, reinterpret_cast<BYTE*>(data), &dataBytes) !=
-        ERROR_SUCCESS) {
+    // Kept: a value too long for the buffer ends the list, as the last one does.
+    if (RegEnumValueW(key.Get(), index, name, &nameLength, nullptr, &type, data, &dataLength) !=
+        ERROR_SUCCESS)
       break;
-    }
-    data[dataBytes / 2] = L'\0';
-    values[WideToUtf8(name)] = IsStringType(type) ? WideToUtf8(data) : std::string();
+    values[ToUtf8Or(name, "")] = ToUtf8Or(DecodeText(type, data, dataLength).value_or(L""), "");
   }
   return values;
 }
@@ -153,16 +171,20 @@ std::string FindInstallValueByDisplayName(const GameSignature& signature, const 
   HKEY root = nullptr;
   std::string subkey;
   if (!ParseRegistryPath(keyText, root, subkey)) return {};
-  RegistryKey key;
-  if (RegOpenKeyExA(root, subkey.c_str(), 0, KEY_READ, key.Receive()) != ERROR_SUCCESS) return {};
-  // Kept: the names are looked up beside the key's last component, and below the key only where the text ends in a
-  // backslash.
+  HKEY opened = nullptr;
+  const LSTATUS status = RegOpenKeyExA(root, subkey.c_str(), 0, KEY_READ, &opened);
+  const RegistryKey key = Opened(status, opened);
+  if (!key) return {};
+  // Kept: the names are looked up beside the key's last component, and below the key only where the text ends
+  // in a backslash.
   const size_t lastSeparator = keyText.rfind('\\');
-  const std::string prefix = lastSeparator == std::string::npos ? keyText + '\\' : keyText.substr(0, lastSeparator + 1);
+  const std::string prefix =
+      lastSeparator == std::string::npos ? keyText + '\\' : keyText.substr(0, lastSeparator + 1);
   for (DWORD index = 0;; ++index) {
     char name[256];
     DWORD length = 256;
-    if (RegEnumKeyExA(key.Get(), index, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS) return {};
+    if (RegEnumKeyExA(key.Get(), index, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS)
+      return {};
     const std::string entry = prefix + name;
     if (ReadRegistryString(entry, "DisplayName", "") != signature.DisplayName) continue;
     return ReadRegistryString(entry, valueName.empty() ? "InstallLocation" : valueName, "");

@@ -1,7 +1,7 @@
 #pragma once
-// The registry by key text, as the catalogue names keys: a hive's long name in upper case, a backslash, a subkey.
-// All texts are UTF-8. Nothing here logs or throws for a registry failure, and every call opens and closes its own
-// key, so all of it is safe on any thread.
+// The registry by key text, as the catalogue names keys: a hive's long name in upper case, a backslash, a
+// subkey. All texts are UTF-8. Nothing here logs or throws for a registry failure, and every call opens and
+// closes its own key, so all of it is safe on any thread.
 
 #include "catalogue/game_signature.h"
 #include "foundation/windows_api.h"
@@ -16,18 +16,20 @@ namespace tarnwick {
 // False for a text that begins with none of the four hive names. Short names such as HKLM are not known.
 bool ParseRegistryPath(const std::string& text, HKEY& root, std::string& subkey);
 
-// The text of a REG_SZ or REG_EXPAND_SZ value, not expanded, up to its first NUL. Reads the native view; below
-// HKEY_LOCAL_MACHINE the 64-bit and then the 32-bit view are tried where the key doesn't exist in it.
-std::string ReadRegistryString(const std::string& keyText, const std::string& valueName, const std::string& defaultText);
+// The text of a REG_SZ or REG_EXPAND_SZ value, not expanded, up to its first NUL. Reads the native view;
+// below HKEY_LOCAL_MACHINE the 64-bit and then the 32-bit view are tried where the key doesn't exist in it.
+std::string ReadRegistryString(const std::string& keyText, const std::string& valueName,
+                               const std::string& defaultText);
 
 // A REG_DWORD value, 0 if it can't be read. Views as above.
 uint32_t ReadRegistryDword(const std::string& keyText, const std::string& valueName);
 
-// Names of the direct subkeys in the order of the registry, from exactly one view: 64-bit if `use64`, else 32-bit.
+// Names of the direct subkeys in the order of the registry, from exactly one view: 64-bit if `use64`, else
+// 32-bit.
 std::vector<std::string> EnumRegistrySubKeys(const std::string& keyText, bool use64);
 
-// All values of a key in one view, by name; values that are not strings have an empty text. The list ends early at
-// a value of more than 4096 bytes.
+// All values of a key in one view, by name; values that are not strings have an empty text. The list ends
+// early at a value of more than 4096 bytes or a name of more than 511 units.
 std::map<std::string, std::string> EnumRegistryValues(const std::string& keyText, bool use64);
 
 // HKEY_CURRENT_USER at the text's start becomes HKEY_USERS\userText, unless userText is empty.

@@ -1,8 +1,85 @@
-// Edge: Games whose catalogue record has a product GUID, by that product's Uninstall entry.
+// Edge: games whose catalogue record has a product GUID, by that product's Uninstall entry.
 #include "matching/uninstall_registry_search.h"
 
-namespace tarnwick {
+#include "foundation/log.h"
+#include "foundation/text.h"
+#include "matching/paths.h"
+#include "matching/registry.h"
+#include "matching/signatures.h"
 
-ScanResults ScanUninstallSearch(const GameList&) { return {}; }
+#include <algorithm>
+
+namespace tarnwick {
+namespace {
+
+constexpr char kUninstallKey[] = R"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall\)";
+
+bool IsTested(const GameSignature& signature) {
+  return HasGameGuid(signature) && signature.SourceKind != kSourceSteam;
+}
+
+// The default folder's last segment, or empty for a folder of one segment alone.
+std::string LastFolderSegment(const std::string& defaultFolder) {
+  const std::string folder = TrimTrailingSeparators(NormalizeFragment(ExpandPathTokens(defaultFolder)));
+  const size_t separator = folder.find_last_of("\\/");
+  return separator == std::string::npos ? std::string() : folder.substr(separator + 1);
+}
+
+// The install folder in the role of a drive's root.
+std::vector<std::string> DefaultFolderCandidates(const std::string& folder, const GameSignature& signature) {
+  const std::string defaultFolder = GetDefaultFolder(signature);
+  const std::string exe = GetDefaultExe(signature);
+  if (exe.empty() || defaultFolder.empty()) return {};
+  return {ResolveDefaultExePath(signature, folder),
+          BuildDrivePath(folder, LastFolderSegment(defaultFolder), exe)};
+}
+
+std::vector<std::string> FragmentCandidates(const std::string& folder, const GameSignature& signature) {
+  std::vector<std::string> candidates;
+  for (const std::string& fragment : SplitPipeList(GetDefaultFolderExe(signature))) {
+    candidates.push_back(JoinFolderFragment(folder, fragment, false));
+    candidates.push_back(JoinFolderFragment(folder, fragment, true));
+  }
+  return candidates;
+}
+
+void FindGame(const GameSignature& signature, ScanResults& results) {
+  const std::string key = kUninstallKey + ("{" + signature.GameGUID) + "}";
+  const std::string folder = ReadRegistryString(key, "InstallLocation", "");
+  if (folder.empty()) return;
+  const std::string displayIcon = ReadRegistryString(key, "DisplayIcon", "");
+  const std::string exe = ResolveUninstallExe(TrimTrailingSeparators(folder), signature);
+  if (!FileExists(exe)) return;
+  ScanResult result;
+  result.name = signature.DisplayName;
+  result.exePath = exe;
+  result.launchUrl = signature.LaunchUrl;
+  result.source = "Uninstall Registry";
+  result.displayIcon = displayIcon;
+  result.found = true;
+  results.push_back(result);
+  LogStream() << "[UninstallSearch] Found: " << result.name << " -> " << exe << "\n";
+}
+
+}  // namespace
+
+std::string ResolveUninstallExe(const std::string& folder, const GameSignature& signature) {
+  std::vector<std::string> candidates = FragmentCandidates(folder, signature);
+  for (const std::string& candidate : DefaultFolderCandidates(folder, signature))
+    candidates.push_back(candidate);
+  const auto found = std::find_if(candidates.begin(), candidates.end(), FileExists);
+  return found == candidates.end() ? std::string() : *found;
+}
+
+ScanResults ScanUninstallSearch(const GameList& games) {
+  LogStream() << "[UninstallSearch] Starting Uninstall Search...\n";
+  ScanResults results;
+  for (const GameSignature& signature : games) {
+    if (!IsTested(signature)) continue;
+    GuardSignature("[UninstallSearch] ", signature, [&] { FindGame(signature, results); });
+  }
+  LogStream() << "[UninstallSearch] Scan completed! Found " << results.size() << " games.\n";
+  return results;
+}
 
 }  // namespace tarnwick
