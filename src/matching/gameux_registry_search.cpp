@@ -38,11 +38,6 @@ void AddSubkey(const std::string& key, GameUxEntries& entries) {
   if (!entry.pathField.empty()) entries[entry.applicationId] = entry;
 }
 
-void ReadSubkeyGuarded(const std::string& subkey, GameUxEntries& entries) {
-  const uint32_t code = RunGuarded([&] { ReadGameUxSubkey(kGameUxListKey, subkey, entries); });
-  if (code != 0) SendRawDebugText(GameUxFailureText(subkey, code).c_str());
-}
-
 GameUxEntries ReadEntriesOrNone() {
   try {
     return ReadGameUxEntries();
@@ -72,12 +67,14 @@ void FindGame(const GameSignature& signature, const GameUxEntries& entries, Scan
 
 }  // namespace
 
-std::string GameUxFailureText(const std::string& subkey, uint32_t code) {
+void GuardGameUxSubkey(const std::string& subkey, const std::function<void()>& read) {
+  const uint32_t code = RunGuarded(read);
+  if (code == 0) return;
   char text[512];
   std::snprintf(text, sizeof(text),
                 "[GameUXRegistrySearch] SEH Error processing subkey: %s (Exception Code: 0x%08X)\n",
                 subkey.c_str(), code);
-  return text;
+  SendRawDebugText(text);
 }
 
 void ReadGameUxSubkey(const std::string& listKey, const std::string& subkey, GameUxEntries& entries) {
@@ -94,7 +91,9 @@ GameUxEntries ReadGameUxEntries() {
     LogStream() << "[GameUXRegistrySearch] Enumerating subkeys of: " << kGameUxListKey << "\n";
     const std::vector<std::string> subkeys = EnumRegistrySubKeys(kGameUxListKey, false);
     LogStream() << "[GameUXRegistrySearch] Found " << subkeys.size() << " subkeys.\n";
-    for (const std::string& subkey : subkeys) ReadSubkeyGuarded(subkey, entries);
+    for (const std::string& subkey : subkeys) {
+      GuardGameUxSubkey(subkey, [&] { ReadGameUxSubkey(kGameUxListKey, subkey, entries); });
+    }
   } catch (const std::exception& error) {
     LogStream() << "[GameUXRegistrySearch] Error reading GameUX registry: " << error.what() << "\n";
   }

@@ -4,7 +4,7 @@
 #include "matching/gameux_entries.h"
 #include "matching/scan_result.h"
 
-#include <cstdint>
+#include <functional>
 #include <string>
 
 namespace tarnwick {
@@ -20,7 +20,8 @@ GameUxEntries ReadGameUxEntries();
 // Adds the entry of one subkey, or replaces the one of the same id. Never throws.
 void ReadGameUxSubkey(const std::string& listKey, const std::string& subkey, GameUxEntries& entries);
 
-// The debug line for a subkey whose reading raised a structured exception, cut at 511 bytes.
-std::string GameUxFailureText(const std::string& subkey, uint32_t code);
+// Runs the reading of one subkey. A structured exception ends it with a debug line, which has no prefix of
+// the log and is cut at 511 bytes.
+void GuardGameUxSubkey(const std::string& subkey, const std::function<void()>& read);
 
 }  // namespace tarnwick

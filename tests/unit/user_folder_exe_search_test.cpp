@@ -1,0 +1,248 @@
+#include "matching/user_folder_exe_search.h"
+
+#include "desktop/desktop.h"
+#include "foundation/files.h"
+#include "support/debug_capture.h"
+#include "support/describe.h"
+#include "support/environment.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+
+namespace tarnwick {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::Not;
+using tests::DebugCapture;
+using tests::Describe;
+using tests::EnvironmentVariable;
+
+const std::string kUsers = "C:\\Users\\";
+const std::string kUser = "TarnwickTestUser";
+const std::string kOddName = "\xD0\x98\xD0\xB3\xD1\x80\xD0\xBE\xD0\xBA \xE6\xBC\xA2 \xC3\xA9";
+
+class UserFolderExeSearch : public testing::Test {
+ protected:
+  static GameSignature Signature(const std::string& folder) {
+    GameSignature signature;
+    signature.DisplayName = "Foo";
+    signature.DefaultExe = "foo.exe";
+    signature.DefaultFolder = folder;
+    return signature;
+  }
+  static std::vector<std::string> Paths(const GameSignature& signature) {
+    std::vector<std::string> paths;
+    for (const ScanResult& result : ScanUserFolderExe({signature}, "")) paths.push_back(result.exePath);
+    return paths;
+  }
+  std::string Make(const std::string& path) {
+    desktop_.File(kUsers + path);
+    return kUsers + path;
+  }
+
+  EnvironmentVariable drive_{"SystemDrive", "C:"};
+  desktop::Desktop desktop_;
+  DebugCapture capture_;
+};
+
+TEST_F(UserFolderExeSearch, LogsItsFrameForNoGames) {
+  EXPECT_THAT(ScanUserFolderExe({}, ""), IsEmpty());
+  EXPECT_THAT(capture_.Raw(),
+              ElementsAre("[Tarnwick] [UserFolderExeSearch] Starting UserFolderExe Search...\n",
+                          "[Tarnwick] [UserFolderExeSearch] Scan completed! Found 0 games.\n"));
+}
+
+TEST_F(UserFolderExeSearch, ReportsAnInstalledGameWithAllFields) {
+  const std::string exe = Make(kUser + "\\TarnwickGames\\foo.exe");
+  GameSignature game = Signature("%UserProfile%\\TarnwickGames");
+  game.LaunchUrl = "foo://run";
+  game.SourceKind = kSourceEa;
+  game.SourceExId = "7";
+  EXPECT_THAT(Describe(ScanUserFolderExe({game}, "S-1-5-21")),
+              ElementsAre("Foo|" + exe + "|foo://run|UserFolderExe Search||1|0|"));
+  EXPECT_THAT(capture_.Raw(),
+              ElementsAre("[Tarnwick] [UserFolderExeSearch] Starting UserFolderExe Search...\n",
+                          "[Tarnwick] [UserFolderExeSearch] Found: Foo -> " + exe + "\n",
+                          "[Tarnwick] [UserFolderExeSearch] Scan completed! Found 1 games.\n"));
+}
+
+TEST_F(UserFolderExeSearch, SkipsNoSource) {
+  Make(kUser + "\\TarnwickGames\\foo.exe");
+  GameSignature game = Signature("%USERPROFILE%\\TarnwickGames");
+  for (const int32_t kind : {0, 1, 2, 3, 5, 6, 7, 8, 9, 10, 11, 12, 13}) {
+    game.SourceKind = kind;
+    EXPECT_EQ(Paths(game).size(), 1u) << kind;
+  }
+}
+
+TEST_F(UserFolderExeSearch, NeedsThePlainExecutableAndAFolderWithTheToken) {
+  const std::string exe = Make(kUser + "\\TarnwickGames\\foo.exe");
+  GameSignature game = Signature("%USERPROFILE%\\TarnwickGames");
+  game.DefaultExe32 = "foo.exe";
+  game.DefaultExe.clear();
+  EXPECT_THAT(Paths(game), IsEmpty());
+  EXPECT_THAT(Paths(Signature("")), IsEmpty());
+  EXPECT_THAT(Paths(Signature("%LOCALAPPDATA%\\TarnwickGames")), IsEmpty());
+  EXPECT_THAT(Paths(Signature(kUsers + kUser + "\\TarnwickGames")), IsEmpty());
+  game = Signature("");
+  game.DefaultFolder32 = "%USERPROFILE%\\TarnwickGames";
+  EXPECT_THAT(Paths(game), ElementsAre(exe));
+}
+
+TEST_F(UserFolderExeSearch, TheTokenIsKnownInAnyCaseWithAndWithoutPercentSigns) {
+  const std::string exe = Make(kUser + "\\TarnwickGames\\foo.exe");
+  for (const std::string folder :
+       {"%USERPROFILE%\\TarnwickGames", "%userProfile%/TarnwickGames", "%UserProfile%TarnwickGames",
+        "USERPROFILE\\TarnwickGames", "userprofileTarnwickGames",
+        "C:\\Dropped\\%UserProfile%\\/\\TarnwickGames", "%UserProfile\\TarnwickGames"}) {
+    EXPECT_THAT(Paths(Signature(folder)), ElementsAre(exe)) << folder;
+  }
+}
+
+TEST_F(UserFolderExeSearch, APercentSignBehindTheBareTokenBelongsToTheFolder) {
+  const std::string exe = Make(kUser + "\\%\\TarnwickGames\\foo.exe");
+  EXPECT_THAT(Paths(Signature("userprofile%\\TarnwickGames")), ElementsAre(exe));
+}
+
+TEST_F(UserFolderExeSearch, TheTokenWithPercentSignsGoesBeforeAnEarlierBareOne) {
+  const std::string exe = Make(kUser + "\\TarnwickGames\\foo.exe");
+  EXPECT_THAT(Paths(Signature("userprofile\\x\\%userprofile%\\TarnwickGames")), ElementsAre(exe));
+}
+
+TEST_F(UserFolderExeSearch, TheTokenAloneLooksInTheProfileItself) {
+  const std::string exe = Make(kUser + "\\foo.exe");
+  EXPECT_THAT(Paths(Signature("userprofile")), ElementsAre(exe));
+  EXPECT_THAT(Paths(Signature("%USERPROFILE%\\")), ElementsAre(exe));
+}
+
+TEST_F(UserFolderExeSearch, TheFirstUserWithTheGameWins) {
+  Make(kUser + "B\\TarnwickGames\\foo.exe");
+  Make(kUser + "A\\TarnwickGames\\foo.exe");
+  desktop_.Folder(kUsers + kUser + "0");
+  const std::vector<std::string> users = ListUserFolders();
+  const std::string first = *std::find_if(users.begin(), users.end(), [](const std::string& user) {
+    return user == kUsers + kUser + "A" || user == kUsers + kUser + "B";
+  });
+  EXPECT_THAT(Paths(Signature("%USERPROFILE%\\TarnwickGames")),
+              ElementsAre(first + "\\TarnwickGames\\foo.exe"));
+}
+
+TEST_F(UserFolderExeSearch, ProfilesAndFoldersMayHaveAnyName) {
+  const std::string exe = Make(kOddName + "\\" + kOddName + "\\foo.exe");
+  GameSignature game = Signature("%USERPROFILE%\\" + kOddName);
+  game.DisplayName = kOddName;
+  EXPECT_THAT(Describe(ScanUserFolderExe({game}, "")),
+              ElementsAre(kOddName + "|" + exe + "||UserFolderExe Search||1|0|"));
+  EXPECT_THAT(capture_.LinesWith("[UserFolderExeSearch] Found"),
+              ElementsAre("[UserFolderExeSearch] Found: " + kOddName + " -> " + exe));
+}
+
+TEST_F(UserFolderExeSearch, ThePathIsCleaned) {
+  const std::string exe = Make(kUser + "\\TarnwickGames\\foo.exe");
+  EXPECT_THAT(Paths(Signature("%USERPROFILE%/x/..//TarnwickGames")), ElementsAre(exe));
+}
+
+TEST_F(UserFolderExeSearch, PublicAndDefaultAreNoUsers) {
+  Make("Public\\TarnwickGames\\foo.exe");
+  EXPECT_THAT(Paths(Signature("%USERPROFILE%\\TarnwickGames")), IsEmpty());
+}
+
+TEST_F(UserFolderExeSearch, FindsNothingOnADriveWithoutUsers) {
+  Make(kUser + "\\TarnwickGames\\foo.exe");
+  const EnvironmentVariable drive("SystemDrive", "Q:");
+  EXPECT_THAT(Paths(Signature("%USERPROFILE%\\TarnwickGames")), IsEmpty());
+}
+
+class UserFolders : public testing::Test {
+ protected:
+  EnvironmentVariable drive_{"SystemDrive", "C:"};
+  desktop::Desktop desktop_;
+};
+
+TEST_F(UserFolders, AreTheFoldersOfOneLevel) {
+  desktop_.Folder(kUsers + kUser + "\\Below");
+  desktop_.File(kUsers + kUser + ".txt");
+  const std::vector<std::string> folders = ListUserFolders();
+  EXPECT_THAT(folders, Contains(kUsers + kUser));
+  EXPECT_THAT(folders, Not(Contains(kUsers + kUser + "\\Below")));
+  EXPECT_THAT(folders, Not(Contains(kUsers + kUser + ".txt")));
+}
+
+TEST_F(UserFolders, LeaveOutThreeNamesInTheirExactCase) {
+  for (const std::string name : {"Public", "Default", "Default User"}) {
+    if (!DirectoryExists(kUsers + name)) desktop_.Folder(kUsers + name);
+    EXPECT_THAT(ListUserFolders(), Not(Contains(kUsers + name))) << name;
+  }
+}
+
+TEST_F(UserFolders, KeepThoseNamesInAnotherCase) {
+  for (const std::string name : {"default", "DEFAULT USER"}) {
+    if (DirectoryExists(kUsers + name)) GTEST_SKIP() << "this machine has the folder already";
+    desktop_.Folder(kUsers + name);
+    EXPECT_THAT(ListUserFolders(), Contains(kUsers + name));
+  }
+}
+
+TEST_F(UserFolders, KeepNamesThatOnlyBeginAlike) {
+  desktop_.Folder(kUsers + "Public Tarnwick");
+  desktop_.Folder(kUsers + "DefaultTarnwick");
+  EXPECT_THAT(ListUserFolders(),
+              testing::IsSupersetOf({kUsers + "Public Tarnwick", kUsers + "DefaultTarnwick"}));
+}
+
+TEST_F(UserFolders, AreNoneOnADriveWithoutThem) {
+  const EnvironmentVariable drive("SystemDrive", "Q:");
+  EXPECT_THAT(ListUserFolders(), IsEmpty());
+}
+
+TEST_F(UserFolders, LieOnDriveCWhereTheVariableIsMissingOrTooLong) {
+  desktop_.Folder(kUsers + kUser);
+  {
+    const EnvironmentVariable drive("SystemDrive", nullptr);
+    EXPECT_THAT(ListUserFolders(), Contains(kUsers + kUser));
+  }
+  const EnvironmentVariable drive("SystemDrive", "Q:\\x");
+  EXPECT_THAT(ListUserFolders(), Contains(kUsers + kUser));
+}
+
+TEST_F(UserFolders, TakeTheVariableAsItStands) {
+  desktop_.Folder(kUsers + kUser);
+  const EnvironmentVariable drive("SystemDrive", "C:\\");
+  EXPECT_THAT(ListUserFolders(), Contains("C:\\\\Users\\" + kUser));
+}
+
+// A drive text of one dot leads to the current folder: a system drive of the test's own.
+class CurrentFolder {
+ public:
+  explicit CurrentFolder(const std::filesystem::path& folder) : old_(std::filesystem::current_path()) {
+    std::filesystem::current_path(folder);
+  }
+  ~CurrentFolder() { std::filesystem::current_path(old_); }
+  CurrentFolder(const CurrentFolder&) = delete;
+  CurrentFolder& operator=(const CurrentFolder&) = delete;
+
+ private:
+  std::filesystem::path old_;
+};
+
+TEST_F(UserFolders, LieOnTheSystemDrive) {
+  desktop_.Folder("C:\\TarnwickTest\\UserFolders\\Users\\" + kUser);
+  const CurrentFolder current(L"C:\\TarnwickTest\\UserFolders");
+  const EnvironmentVariable drive("SystemDrive", ".");
+  EXPECT_THAT(ListUserFolders(), ElementsAre(".\\Users\\" + kUser));
+}
+
+TEST_F(UserFolders, ThatCannotBeListedAreAFailure) {
+  desktop_.File("C:\\TarnwickTest\\UserFolders\\Users");
+  const CurrentFolder current(L"C:\\TarnwickTest\\UserFolders");
+  const EnvironmentVariable drive("SystemDrive", ".");
+  EXPECT_THROW(ListUserFolders(), std::filesystem::filesystem_error);
+}
+
+}  // namespace
+}  // namespace tarnwick
