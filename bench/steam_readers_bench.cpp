@@ -182,5 +182,3 @@ TARNWICK_BY_SIZE(ShortcutsMarkersOnly);
 
 }  // namespace
 }  // namespace tarnwick
-
-BENCHMARK_MAIN();

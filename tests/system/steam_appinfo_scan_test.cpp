@@ -61,7 +61,7 @@ struct World {
     d.File(
         kCatalogue,
         "<Games>\n<GameSignature>\n<DisplayName>Портал</DisplayName>\n<DefaultExe>portal.exe</DefaultExe>\n"
-        "<SourceExId>400</SourceExId>\n<SourceEx>STEAM</SourceEx>\n</GameSignature>\n</Games>\n");
+        "<SourceEx>STEAM</SourceEx>\n<SourceExId>400</SourceExId>\n</GameSignature>\n</Games>\n");
   }
 };
 
