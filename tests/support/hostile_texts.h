@@ -67,7 +67,7 @@ class BrokenStream : private std::streambuf, public std::istream {
   }
 
  private:
-  int_type underflow() override { throw std::runtime_error("the disk is gone"); }
+  std::streambuf::int_type underflow() override { throw std::runtime_error("the disk is gone"); }
 
   std::string text_;
 };
