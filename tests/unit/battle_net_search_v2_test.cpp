@@ -117,7 +117,6 @@ TEST_F(BattleNetSearch, TheThreeNewestLogsAreReadNewestFirst) {
   Log("Agent-b.log", LogOf("newest"), 10);
   Log("Agent-c.log", LogOf("third"), 30);
   Log("sub\\Agent-d.log", LogOf("second"), 20);
-  const tests::LockedPath oldest(kAgent + "\\Agent-a.log");
   EXPECT_THAT(Ids(), ElementsAre("newest", "second", "third"));
 }
 
@@ -183,6 +182,8 @@ TEST_F(BattleNetSearch, TheTwentyFirstProductIsDroppedBeforeAnyTest) {
 TEST_F(BattleNetSearch, AJunctionIsNotEntered) {
   Log("sub\\Agent-1.log", LogOf("once"));
   desktop_.Junction(kAgent + "\\sub\\loop", kAgent);
+  desktop_.File(kRoot + "\\Elsewhere\\Agent-2.log", LogOf("elsewhere"));
+  desktop_.Junction(kAgent + "\\out", kRoot + "\\Elsewhere");
   EXPECT_THAT(Ids(), ElementsAre("once"));
 }
 
