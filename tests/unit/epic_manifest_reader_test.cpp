@@ -143,8 +143,12 @@ TEST(EpicManifestReader, AListCutAnywhereGivesItsWholeObjects) {
     const std::string cut = list.substr(0, size);
     const auto objects = JsonFindObjectArray(cut, "InstallationList");
     ASSERT_LE(objects.size(), 2u);
-    if (objects.size() > 0) EXPECT_EQ(objects[0], R"({"AppName":"A"})");
-    if (objects.size() > 1) EXPECT_EQ(objects[1], R"({"AppName":"B"})");
+    if (objects.size() > 0) {
+      EXPECT_EQ(objects[0], R"({"AppName":"A"})");
+    }
+    if (objects.size() > 1) {
+      EXPECT_EQ(objects[1], R"({"AppName":"B"})");
+    }
   }
 }
 

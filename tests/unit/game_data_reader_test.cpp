@@ -118,7 +118,9 @@ TEST(GameDataReader, ACutFileKeepsItsEarlierBlocks) {
   for (size_t size = 0; size <= bytes.size(); ++size) {
     const auto entries = Read(bytes.substr(0, size));
     EXPECT_THAT(entries, SizeIs(size == bytes.size() ? 2 : size >= kBlock.size() ? 1 : 0)) << size;
-    if (!entries.empty()) EXPECT_EQ(entries[0], kWren);
+    if (!entries.empty()) {
+      EXPECT_EQ(entries[0], kWren);
+    }
   }
 }
 

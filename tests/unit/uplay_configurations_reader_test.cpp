@@ -229,9 +229,15 @@ TEST(UplayConfigurationsReader, ACutFileKeepsItsEarlierRecords) {
   for (size_t size = 0; size <= text.size(); ++size) {
     const auto records = ReadUplayConfigurations(text.substr(0, size));
     ASSERT_LE(records.size(), 2u) << size;
-    if (size < 5) EXPECT_THAT(records, IsEmpty());
-    if (size >= kRecord.size()) EXPECT_EQ(records.at(0).offlineExecutables.at(0).relative, "off.exe") << size;
-    if (records.size() == 2) EXPECT_TRUE(std::string("Owl").starts_with(records[1].name));
+    if (size < 5) {
+      EXPECT_THAT(records, IsEmpty());
+    }
+    if (size >= kRecord.size()) {
+      EXPECT_EQ(records.at(0).offlineExecutables.at(0).relative, "off.exe") << size;
+    }
+    if (records.size() == 2) {
+      EXPECT_TRUE(std::string("Owl").starts_with(records[1].name));
+    }
   }
 }
 
