@@ -1,5 +1,6 @@
 #pragma once
-// One record of the catalogue. A plain record: copied by value, all texts UTF-8, an absent element is an empty text.
+// One record of the catalogue. A plain record: copied by value, all texts UTF-8, an absent element is an
+// empty text.
 
 #include <cstdint>
 #include <string>
