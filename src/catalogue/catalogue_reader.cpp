@@ -175,9 +175,10 @@ constexpr std::array kElements = {
     Element{"SourceEx"},
     Element{"GameSignature"},  // its closing tag ends the record
 };
-constexpr int kElementCount = static_cast<int>(kElements.size());
-constexpr int kSourceElement = kElementCount - 2;
-constexpr int kRecordElement = kElementCount - 1;
+constexpr size_t kElementCount = kElements.size();
+constexpr size_t kNoElement = kElementCount;
+constexpr size_t kSourceElement = kElementCount - 2;
+constexpr size_t kRecordElement = kElementCount - 1;
 
 constexpr size_t kWordSize = sizeof(uint64_t);
 constexpr size_t kNameRoom = 3 * kWordSize;  // the longest name has 19 bytes
@@ -188,13 +189,13 @@ using NameWords = std::array<uint64_t, 3>;
 struct NameEntry {
   NameWords bytes{};
   NameWords mask{};
-  int nextInChain = -1;
-  int shorter = -1;  // the longest other name that this one begins with
+  size_t nextInChain = kNoElement;
+  size_t shorter = kNoElement;  // the longest other name that this one begins with
 };
 
 struct NameTable {
   std::array<NameEntry, kElements.size()> entries{};
-  std::array<int8_t, 256> chain{};
+  std::array<uint8_t, 256> chain{};
 };
 
 constexpr NameEntry MakeEntry(std::string_view name) {
@@ -204,30 +205,31 @@ constexpr NameEntry MakeEntry(std::string_view name) {
     bytes[i] = name[i];
     mask[i] = 0xFF;
   }
-  return {std::bit_cast<NameWords>(bytes), std::bit_cast<NameWords>(mask), -1, -1};
+  return {.bytes = std::bit_cast<NameWords>(bytes), .mask = std::bit_cast<NameWords>(mask)};
 }
 
-constexpr int LongestOtherPrefix(int element) {
-  int longest = -1;
-  for (int other = 0; other < kElementCount; ++other) {
+constexpr size_t LongestOtherPrefix(size_t element) {
+  size_t longest = kNoElement;
+  for (size_t other = 0; other < kElementCount; ++other) {
     if (other == element || !kElements[element].name.starts_with(kElements[other].name)) continue;
-    if (longest < 0 || kElements[other].name.size() > kElements[longest].name.size()) longest = other;
+    if (longest == kNoElement || kElements[other].name.size() > kElements[longest].name.size())
+      longest = other;
   }
   return longest;
 }
 
 constexpr NameTable MakeNameTable() {
   NameTable table;
-  table.chain.fill(-1);
+  table.chain.fill(kNoElement);
   for (size_t length = kWordSize; length <= kNameRoom; ++length) {
-    for (int element = 0; element < kElementCount; ++element) {
+    for (size_t element = 0; element < kElementCount; ++element) {
       const std::string_view name = kElements[element].name;
       if (name.size() != length) continue;
-      int8_t& first = table.chain[static_cast<unsigned char>(name[kWordSize - 1])];
+      uint8_t& first = table.chain[static_cast<unsigned char>(name[kWordSize - 1])];
       table.entries[element] = MakeEntry(name);
       table.entries[element].shorter = LongestOtherPrefix(element);
       table.entries[element].nextInChain = first;
-      first = static_cast<int8_t>(element);
+      first = static_cast<uint8_t>(element);
     }
   }
   return table;
@@ -240,20 +242,35 @@ bool Matches(const NameEntry& name, const NameWords& text) {
   return difference == 0;
 }
 
-// The longest name that the text from `at` begins with, or -1. Every other name it begins with is a beginning
-// of that.
-int NameAt(const char* at, const char* end) {
+// Can a longer name go on with this byte where a shorter one ends?
+constexpr bool ExtendsName(char byte) { return (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z'); }
+
+constexpr bool ExtensionsAreKnown() {
+  for (const Element& longer : kElements) {
+    for (const Element& shorter : kElements) {
+      if (longer.name.size() <= shorter.name.size() || !longer.name.starts_with(shorter.name)) continue;
+      if (!ExtendsName(longer.name[shorter.name.size()])) return false;
+    }
+  }
+  return true;
+}
+static_assert(ExtensionsAreKnown());
+
+// The longest name that the text from `at` begins with, or kNoElement. Every other name it begins with is a
+// beginning of that. `guess` is tried first: it saves time where it is right, and changes nothing where it is
+// wrong.
+size_t NameAt(const char* at, const char* end, size_t guess) {
   const auto left = static_cast<size_t>(end - at);
-  if (left < kWordSize) return -1;
-  int element = kNames.chain[static_cast<unsigned char>(at[kWordSize - 1])];
-  if (element < 0) return -1;
+  if (left < kWordSize) return kNoElement;
   NameWords text{};
-  if (left >= kNameRoom) {
+  if (left > kNameRoom) {
     std::memcpy(text.data(), at, kNameRoom);
+    if (Matches(kNames.entries[guess], text) && !ExtendsName(at[kElements[guess].name.size()])) return guess;
   } else {
     std::memcpy(text.data(), at, left);
   }
-  while (element >= 0 && !Matches(kNames.entries[element], text))
+  size_t element = kNames.chain[static_cast<unsigned char>(at[kWordSize - 1])];
+  while (element != kNoElement && !Matches(kNames.entries[element], text))
     element = kNames.entries[element].nextInChain;
   return element;
 }
@@ -285,7 +302,7 @@ bool IsClean(std::string_view text) {
 }
 
 // `raw` lies in a record, so its closing tag stands behind it.
-void SetField(GameSignature& record, int element, std::string_view raw) {
+void SetField(GameSignature& record, size_t element, std::string_view raw) {
   if (element == kSourceElement) {
     record.SourceKind = ParseSourceKind(NormalizeElementText(raw));
   } else if (std::string& field = record.*kElements[element].field; IsClean(raw)) {
@@ -297,57 +314,74 @@ void SetField(GameSignature& record, int element, std::string_view raw) {
 
 // ---- Records.
 
+// Which element's opening tag followed each one's the last time. A catalogue written by a machine keeps one
+// order, so this tells nearly every next tag; the record's own tag stands for the beginning of a record.
+using Followers = std::array<size_t, kElements.size()>;
+
 // What is known of a record's elements at a point of the pass: bits by element.
 struct RecordState {
   uint32_t seen = 0;                               // the opening tag was found: a later one does not count
   uint32_t open = 0;                               // and the closing tag is still to come
   std::array<const char*, kElements.size()> text;  // behind the opening tag of each open element
+  size_t last = kRecordElement;                    // whose opening tag came last
 };
 
-// Notes the elements whose search stops at the opening tag at `tag`: its own and those that its name begins
-// with. False if no '>' follows, and so nothing that could end the record.
-bool NoteOpening(RecordState& state, int element, const char* tag, const char* end) {
+// Calls `visit` for an element and for each whose name its name begins with: the search for any of them stops
+// at a tag of the longest.
+template <class Visit>
+void ForEachPrefix(size_t element, Visit visit) {
+  for (; element != kNoElement; element = kNames.entries[element].shorter) visit(element);
+}
+
+// Notes the opening tag that begins at `tag`. False if no '>' follows, and so nothing that could end the
+// record.
+bool NoteOpening(RecordState& state, size_t element, const char* tag, const char* end) {
   uint32_t fresh = 0;
-  for (int name = element; name >= 0; name = kNames.entries[name].shorter) fresh |= 1u << name;
+  ForEachPrefix(element, [&](size_t name) { fresh |= 1u << name; });
   fresh &= ~state.seen;
   if (fresh == 0) return true;
   state.seen |= fresh;
-  const char* close = tag + 1 + kElements[element].name.size();
-  if (close == end) return false;
-  if (*close != '>') {
-    close = static_cast<const char*>(std::memchr(close, '>', static_cast<size_t>(end - close)));
-    if (close == nullptr) return false;
-    const std::string_view inside(tag, static_cast<size_t>(close - tag));
-    if (inside.back() == '/' || inside.find(kNilAttribute) != kNone) return true;
-  }
+  const char* const nameEnd = tag + 1 + kElements[element].name.size();
+  const auto* const close =
+      static_cast<const char*>(std::memchr(nameEnd, '>', static_cast<size_t>(end - nameEnd)));
+  if (close == nullptr) return false;
+  const std::string_view inside(tag, static_cast<size_t>(close - tag));
+  if (close != nameEnd && (inside.back() == '/' || inside.find(kNilAttribute) != kNone)) return true;
   state.open |= fresh;
-  for (int name = element; name >= 0; name = kNames.entries[name].shorter) {
+  ForEachPrefix(element, [&](size_t name) {
     if ((fresh >> name & 1) != 0) state.text[name] = close + 1;
-  }
+  });
   return true;
+}
+
+// Takes the closing tag at `tag` for the element's, if that is open. Kept: a closing tag that stands inside
+// the opening tag does not count.
+void NoteClosing(RecordState& state, size_t element, const char* tag, GameSignature& record) {
+  if ((state.open >> element & 1) == 0 || tag < state.text[element]) return;
+  state.open &= ~(1u << element);
+  SetField(record, element, {state.text[element], static_cast<size_t>(tag - state.text[element])});
 }
 
 // Fills the record whose opening tag ends at `at`. Returns where its closing tag ends, or null if it has
 // none.
-const char* ReadRecord(const char* at, const char* end, GameSignature& record) {
+const char* ReadRecord(const char* at, const char* end, GameSignature& record, Followers& followers) {
   RecordState state;
   while (true) {
-    at = static_cast<const char*>(std::memchr(at, '<', static_cast<size_t>(end - at)));
-    if (at == nullptr || end - at < 2) return nullptr;
-    const bool closing = at[1] == '/';
-    const char* const tag = at;
-    at += closing ? 2 : 1;
-    const int element = NameAt(at, end);
-    if (element < 0) continue;
+    const auto* const tag = static_cast<const char*>(std::memchr(at, '<', static_cast<size_t>(end - at)));
+    if (tag == nullptr || end - tag < 2) return nullptr;
+    const bool closing = tag[1] == '/';
+    at = tag + (closing ? 2 : 1);
+    const size_t element = NameAt(at, end, closing ? state.last : followers[state.last]);
+    if (element == kNoElement) continue;
     at += kElements[element].name.size();
-    if (!closing) {
-      if (element != kRecordElement && !NoteOpening(state, element, tag, end)) return nullptr;
-    } else if (at != end && *at == '>') {
+    if (closing) {
+      if (at == end || *at != '>') continue;
       if (element == kRecordElement) return at + 1;
-      // Kept: a closing tag inside the opening tag that it would close does not count.
-      if ((state.open >> element & 1) == 0 || tag < state.text[element]) continue;
-      state.open &= ~(1u << element);
-      SetField(record, element, {state.text[element], static_cast<size_t>(tag - state.text[element])});
+      NoteClosing(state, element, tag, record);
+    } else {
+      followers[state.last] = element;
+      state.last = element;
+      if (element != kRecordElement && !NoteOpening(state, element, tag, end)) return nullptr;
     }
   }
 }
@@ -410,9 +444,11 @@ int32_t ParseSourceKind(const std::string& text) {
 
 GameList ParseCatalogue(std::string_view text) {
   GameList games;
+  Followers followers{};
   const char* const end = text.data() + text.size();
   for (size_t open = text.find(kRecordOpen); open != kNone; open = text.find(kRecordOpen, open)) {
-    const char* const behind = ReadRecord(text.data() + open + kRecordOpen.size(), end, games.emplace_back());
+    const char* const behind =
+        ReadRecord(text.data() + open + kRecordOpen.size(), end, games.emplace_back(), followers);
     if (behind == nullptr) {
       games.pop_back();
       break;
