@@ -20,12 +20,83 @@ constexpr size_t kNone = std::string_view::npos;
 constexpr std::string_view kRecordOpen = "<GameSignature>";
 constexpr std::string_view kNilAttribute = "i:nil=\"true\"";
 
-bool IsSpace(char byte) { return std::isspace(static_cast<unsigned char>(byte)) != 0; }
+// The C library's isspace, with its answer for ASCII at hand: only beyond that do locales differ.
+bool IsSpace(char byte) {
+  const auto code = static_cast<unsigned char>(byte);
+  return code < 0x80 ? code == ' ' || (code >= '\t' && code <= '\r') : std::isspace(code) != 0;
+}
 
 std::string Joined(std::initializer_list<std::string_view> pieces) {
   std::string out;
   for (const std::string_view piece : pieces) out += piece;
   return out;
+}
+
+// ---- White space.
+
+constexpr size_t kWordSize = sizeof(uint64_t);
+constexpr uint64_t Repeat(uint64_t byte) { return byte * 0x0101010101010101u; }
+constexpr uint64_t kHighBits = Repeat(0x80);
+static_assert(std::endian::native == std::endian::little, "a word's lowest byte is taken for the first");
+
+// A text that is normalised into `out`, which has room for all of it.
+struct Normalizing {
+  char* out;
+  size_t length = 0;
+  bool gap = false;  // there was white space since the last byte written
+};
+
+void AddByte(Normalizing& normal, char byte) {
+  if (IsSpace(byte)) {
+    normal.gap = normal.length != 0;
+    return;
+  }
+  if (normal.gap) normal.out[normal.length++] = ' ';
+  normal.gap = false;
+  normal.out[normal.length++] = byte;
+}
+
+// The high bit of each blank in an ASCII word.
+uint64_t BlanksIn(uint64_t word) { return ~((word ^ Repeat(' ')) + Repeat(0x7F)) & kHighBits; }
+
+// Is a word ASCII without control characters, and has each blank in it another byte in front? `blankBefore`
+// is 0x80 if a blank, or nothing, stands before the word, and 0 otherwise.
+bool IsNormalWord(uint64_t word, uint64_t blankBefore) {
+  const uint64_t notPlain = (word | ((word - Repeat(' ')) & ~word)) & kHighBits;
+  const uint64_t blanks = BlanksIn(word);
+  return (notPlain | (blanks & (blanks << 8 | blankBefore))) == 0;
+}
+
+// Adds eight bytes at once if that can be done.
+bool AddWord(Normalizing& normal, const char* bytes) {
+  uint64_t word;
+  std::memcpy(&word, bytes, kWordSize);
+  if (!IsNormalWord(word, normal.gap || normal.length == 0 ? 0x80 : 0)) return false;
+  if (normal.gap) normal.out[normal.length++] = ' ';
+  std::memcpy(normal.out + normal.length, bytes, kWordSize);
+  // A blank at the end waits for what follows.
+  normal.gap = BlanksIn(word) >> 63 != 0;
+  normal.length += kWordSize - (normal.gap ? 1 : 0);
+  return true;
+}
+
+// True only if normalising and decoding would leave a text as it is, as they do with nearly all. At least
+// eight bytes must be readable behind it.
+bool IsFinal(std::string_view text) {
+  uint64_t blankBefore = 0x80;
+  for (size_t at = 0; at < text.size(); at += kWordSize) {
+    uint64_t word;
+    std::memcpy(&word, text.data() + at, kWordSize);
+    if (const size_t left = text.size() - at; left < kWordSize) {
+      const uint64_t inside = (uint64_t{1} << 8 * left) - 1;
+      word = (word & inside) | (Repeat('x') & ~inside);
+    }
+    const uint64_t ampersands = word ^ Repeat('&');
+    if (!IsNormalWord(word, blankBefore) || ((ampersands - Repeat(1)) & ~ampersands & kHighBits) != 0)
+      return false;
+    blankBefore = BlanksIn(word) >> 56;
+  }
+  return text.empty() || text.back() != ' ';
 }
 
 // ---- Character references.
@@ -36,21 +107,6 @@ struct NamedReference {
 };
 constexpr NamedReference kNamedReferences[] = {
     {"amp", '&'}, {"lt", '<'}, {"gt", '>'}, {"quot", '"'}, {"apos", '\''}};
-
-// Where the next ';' stands. Asked for ascending positions, it looks at every byte once: a text of a million
-// "&" and no ";" must not cost a million searches.
-class SemicolonSearch {
- public:
-  explicit SemicolonSearch(std::string_view text) : text_(text), found_(text.find(';')) {}
-  size_t AtOrAfter(size_t position) {
-    if (found_ != kNone && found_ < position) found_ = text_.find(';', position);
-    return found_;
-  }
-
- private:
-  std::string_view text_;
-  size_t found_;
-};
 
 int DigitValue(char byte) {
   if (byte >= '0' && byte <= '9') return byte - '0';
@@ -80,47 +136,83 @@ std::optional<uint32_t> ParseUnsigned(std::string_view text, int base) {
   return negative ? 0u - static_cast<uint32_t>(value) : static_cast<uint32_t>(value);
 }
 
+// A text that is decoded in its own place: no reference is shorter than what it stands for.
+struct Decoding {
+  std::string& text;
+  size_t semicolon;  // the first at or behind the last position asked for
+};
+
+// Asked for ascending positions only, so that every byte is looked at once: a text of a million "&" and no
+// ";" must not cost a million searches.
+size_t SemicolonFrom(Decoding& decoding, size_t position) {
+  if (decoding.semicolon != kNone && decoding.semicolon < position) {
+    decoding.semicolon = decoding.text.find(';', position);
+  }
+  return decoding.semicolon;
+}
+
+std::string_view Between(const std::string& text, size_t from, size_t to) {
+  return std::string_view(text).substr(from, to - from);
+}
+
 // Kept: surrogates and values beyond Unicode's range are written like any other, by the plain table of
 // ranges.
-void AppendCodePoint(std::string& out, uint32_t code) {
-  const auto byte = [&](uint32_t bits) { out += static_cast<char>(static_cast<unsigned char>(bits)); };
-  const auto trail = [&](int shift) { byte(0x80 | (code >> shift & 0x3F)); };
+char* WriteCodePoint(char* out, uint32_t code) {
+  const auto write = [&](uint32_t bits) { *out++ = static_cast<char>(static_cast<unsigned char>(bits)); };
+  const auto trail = [&](int shift) { write(0x80 | (code >> shift & 0x3F)); };
   if (code < 0x80) {
-    byte(code);
+    write(code);
   } else if (code < 0x800) {
-    byte(0xC0 | code >> 6), trail(0);
+    write(0xC0 | code >> 6), trail(0);
   } else if (code < 0x10000) {
-    byte(0xE0 | code >> 12), trail(6), trail(0);
+    write(0xE0 | code >> 12), trail(6), trail(0);
   } else {
-    byte(0xF0 | code >> 18), trail(12), trail(6), trail(0);
+    write(0xF0 | code >> 18), trail(12), trail(6), trail(0);
   }
+  return out;
 }
 
-// Both write what the reference at `at` stands for and return the position of its ';', or kNone if it is no
-// reference.
-size_t AppendNamed(std::string& out, std::string_view text, size_t at, SemicolonSearch& semicolons) {
-  const size_t end = semicolons.AtOrAfter(at);
-  if (end == kNone) return kNone;
-  const std::string_view name = text.substr(at + 1, end - at - 1);
-  for (const NamedReference& reference : kNamedReferences) {
-    if (name != reference.name) continue;
-    out += reference.byte;
-    return end;
-  }
-  return kNone;
+// These write what the reference at `at` stands for, and return where the writing ends; null, with nothing
+// written, if there is no reference. The reference ends at decoding.semicolon.
+char* WriteNamed(char* out, Decoding& decoding, size_t at) {
+  const size_t end = SemicolonFrom(decoding, at);
+  if (end == kNone) return nullptr;
+  const std::string_view name = Between(decoding.text, at + 1, end);
+  const auto* const row = std::ranges::find(kNamedReferences, name, &NamedReference::name);
+  if (row == std::end(kNamedReferences)) return nullptr;
+  *out = row->byte;
+  return out + 1;
 }
 
-size_t AppendNumbered(std::string& out, std::string_view text, size_t at, SemicolonSearch& semicolons) {
-  size_t digits = at + 2;
-  const bool hexadecimal = digits < text.size() && (text[digits] == 'x' || text[digits] == 'X');
-  if (hexadecimal) ++digits;
-  const size_t end = semicolons.AtOrAfter(digits);
-  if (end == kNone || end == digits) return kNone;
-  const std::optional<uint32_t> code =
-      ParseUnsigned(text.substr(digits, end - digits), hexadecimal ? 16 : 10);
-  if (!code) return kNone;
-  AppendCodePoint(out, *code);
-  return end;
+char* WriteNumbered(char* out, Decoding& decoding, size_t at) {
+  const std::string& text = decoding.text;
+  const bool hexadecimal = at + 2 < text.size() && (text[at + 2] == 'x' || text[at + 2] == 'X');
+  const size_t digits = at + (hexadecimal ? 3 : 2);
+  const size_t end = SemicolonFrom(decoding, digits);
+  if (end == kNone || end == digits) return nullptr;
+  const std::optional<uint32_t> code = ParseUnsigned(Between(text, digits, end), hexadecimal ? 16 : 10);
+  return code ? WriteCodePoint(out, *code) : nullptr;
+}
+
+char* WriteReference(char* out, Decoding& decoding, size_t at) {
+  if (decoding.text[at] != '&' || at + 1 == decoding.text.size()) return nullptr;
+  return decoding.text[at + 1] == '#' ? WriteNumbered(out, decoding, at) : WriteNamed(out, decoding, at);
+}
+
+void DecodeInPlace(std::string& text) {
+  const size_t first = text.find('&');
+  if (first == kNone) return;
+  Decoding decoding{text, text.find(';', first)};
+  char* out = text.data() + first;
+  for (size_t at = first; at < text.size(); ++at) {
+    if (char* const behind = WriteReference(out, decoding, at)) {
+      out = behind;
+      at = decoding.semicolon;
+    } else {
+      *out++ = text[at];
+    }
+  }
+  text.resize(static_cast<size_t>(out - text.data()));
 }
 
 // ---- The kinds of source.
@@ -180,7 +272,6 @@ constexpr size_t kNoElement = kElementCount;
 constexpr size_t kSourceElement = kElementCount - 2;
 constexpr size_t kRecordElement = kElementCount - 1;
 
-constexpr size_t kWordSize = sizeof(uint64_t);
 constexpr size_t kNameRoom = 3 * kWordSize;  // the longest name has 19 bytes
 using NameWords = std::array<uint64_t, 3>;
 
@@ -275,40 +366,15 @@ size_t NameAt(const char* at, const char* end, size_t guess) {
   return element;
 }
 
-// ---- Field texts.
-
-static_assert(std::endian::native == std::endian::little, "IsClean takes a word's lowest byte for the first");
-constexpr uint64_t Repeat(uint64_t byte) { return byte * 0x0101010101010101u; }
-
-// Does the text consist of ASCII without "&" and control characters, with single blanks at most between other
-// characters? It is then its own normal form. At least eight bytes must be readable behind it.
-bool IsClean(std::string_view text) {
-  uint64_t blankBefore =
-      0x80;  // the end of an imagined blank in front, so that a leading one counts as a second
-  for (size_t at = 0; at < text.size(); at += kWordSize) {
-    uint64_t word;
-    std::memcpy(&word, text.data() + at, kWordSize);
-    if (const size_t left = text.size() - at; left < kWordSize) {
-      const uint64_t inside = (uint64_t{1} << 8 * left) - 1;
-      word = (word & inside) | (Repeat('x') & ~inside);
-    }
-    const uint64_t ampersands = word ^ Repeat('&');
-    const uint64_t bad = word | ((word - Repeat(0x20)) & ~word) | ((ampersands - Repeat(1)) & ~ampersands);
-    const uint64_t blanks = ~((word ^ Repeat(' ')) + Repeat(0x7F)) & Repeat(0x80);
-    if (((bad & Repeat(0x80)) | (blanks & (blanks << 8 | blankBefore))) != 0) return false;
-    blankBefore = blanks >> 56;
-  }
-  return text.empty() || text.back() != ' ';
-}
-
 // `raw` lies in a record, so its closing tag stands behind it.
 void SetField(GameSignature& record, size_t element, std::string_view raw) {
   if (element == kSourceElement) {
     record.SourceKind = ParseSourceKind(NormalizeElementText(raw));
-  } else if (std::string& field = record.*kElements[element].field; IsClean(raw)) {
+  } else if (std::string& field = record.*kElements[element].field; IsFinal(raw)) {
     field.assign(raw);
   } else {
-    field = DecodeEntities(NormalizeElementText(raw));
+    field = NormalizeElementText(raw);
+    DecodeInPlace(field);
   }
 }
 
@@ -402,37 +468,23 @@ std::string ExtractElementText(std::string_view block, std::string_view name) {
 }
 
 std::string NormalizeElementText(std::string_view text) {
-  std::string out;
-  out.reserve(text.size());
-  bool gap = false;
-  for (const char byte : text) {
-    if (IsSpace(byte)) {
-      gap = !out.empty();
-      continue;
+  std::string out(text.size(), '\0');
+  Normalizing normal{out.data()};
+  size_t at = 0;
+  while (at < text.size()) {
+    if (text.size() - at >= kWordSize && AddWord(normal, text.data() + at)) {
+      at += kWordSize;
+    } else {
+      AddByte(normal, text[at++]);
     }
-    if (gap) out += ' ';
-    gap = false;
-    out += byte;
   }
+  out.resize(normal.length);
   return out;
 }
 
 std::string DecodeEntities(std::string_view text) {
-  std::string out;
-  out.reserve(text.size());
-  SemicolonSearch semicolons(text);
-  for (size_t at = 0; at < text.size(); ++at) {
-    size_t end = kNone;
-    if (text[at] == '&' && at + 1 < text.size()) {
-      end = text[at + 1] == '#' ? AppendNumbered(out, text, at, semicolons)
-                                : AppendNamed(out, text, at, semicolons);
-    }
-    if (end == kNone) {
-      out += text[at];
-    } else {
-      at = end;
-    }
-  }
+  std::string out(text);
+  DecodeInPlace(out);
   return out;
 }
 

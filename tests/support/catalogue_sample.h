@@ -13,16 +13,17 @@ namespace tarnwick::tests {
 enum class SampleStyle {
   kSparse,  // two elements in five are nil, as games without 32-bit and 64-bit variants have them
   kFull,    // every element has a text
+  kRough,   // as kFull, and every text but the source has a reference, an accent and blanks to collapse
 };
 
 class CatalogueSample {
  public:
   CatalogueSample(int records, SampleStyle style) : style_(style) {
     text_ =
-        "<?xml version=\"1.0\" encoding=\"utf-8\"?>\r\n<ArrayOfGameSignature "
-        "xmlns:i=\"http://www.w3.org/2001/XMLSchema-instance\">\r\n";
+        "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<ArrayOfGameSignature "
+        "xmlns:i=\"http://www.w3.org/2001/XMLSchema-instance\">\n";
     for (int i = 0; i < records; ++i) Record(i);
-    text_ += "</ArrayOfGameSignature>\r\n";
+    text_ += "</ArrayOfGameSignature>\n";
   }
 
   const std::string& text() const { return text_; }
@@ -31,7 +32,7 @@ class CatalogueSample {
   void Record(int number) {
     const std::string name = Name(number);
     const std::string id = std::to_string(10000 + number * 7);
-    text_ += "  <GameSignature>\r\n";
+    text_ += "<GameSignature>";
     Element("DefaultExe", name + ".exe");
     Element("DefaultExe32", Sometimes() ? name + "32.exe" : "");
     Element("DefaultExe64", Sometimes() ? name + "64.exe" : "");
@@ -53,19 +54,25 @@ class CatalogueSample {
     Element("RunningExe", Sometimes() ? "bin\\" + name + ".exe" : "");
     Element("SourceEx", kSources[random_() % std::size(kSources)]);
     Element("SourceExId", id);
-    text_ += "  </GameSignature>\r\n";
+    text_ += "</GameSignature>\n";
   }
 
   void Element(std::string_view name, std::string_view value) {
-    text_.append("    <").append(name);
+    const bool rough = style_ == SampleStyle::kRough && name != "SourceEx";
+    text_.append("<").append(name);
     if (value.empty()) {
-      text_ += " i:nil=\"true\" />\r\n";
+      text_ += " i:nil=\"true\"/>";
     } else {
-      text_.append(">").append(value).append("</").append(name).append(">\r\n");
+      text_.append(">")
+          .append(value)
+          .append(rough ? " &amp;  \xC3\xA9\n" : "")
+          .append("</")
+          .append(name)
+          .append(">");
     }
   }
 
-  bool Sometimes() { return style_ == SampleStyle::kFull || random_() % 3 == 0; }
+  bool Sometimes() { return style_ != SampleStyle::kSparse || random_() % 3 == 0; }
 
   std::string Name(int number) {
     std::string name = kWords[random_() % std::size(kWords)];

@@ -384,6 +384,7 @@ void ExpectSameAsPlain(const std::string& text) {
 TEST(CatalogueOnePass, EqualsThePlainFormOnSamples) {
   ExpectSameAsPlain(tests::CatalogueSample(300, tests::SampleStyle::kSparse).text());
   ExpectSameAsPlain(tests::CatalogueSample(300, tests::SampleStyle::kFull).text());
+  ExpectSameAsPlain(tests::CatalogueSample(300, tests::SampleStyle::kRough).text());
 }
 
 TEST(CatalogueOnePass, EqualsThePlainFormOnASampleCutAtEveryByte) {
@@ -534,7 +535,8 @@ TEST(CatalogueOnePass, CollapsesBlanksAtEveryPairOfPlaces) {
       std::string value(20, 'v');
       value[first] = ' ';
       value[second] = ' ';
-      ASSERT_EQ(ParseOne("<GameInfo>" + value + "</GameInfo>").GameInfo, NormalizeElementText(value));
+      ASSERT_EQ(NormalizeElementText(value), tests::NormalizePlainly(value));
+      ASSERT_EQ(ParseOne("<GameInfo>" + value + "</GameInfo>").GameInfo, tests::NormalizePlainly(value));
     }
   }
 }
