@@ -51,20 +51,20 @@ TEST_F(GameDetailsExport, AnswersWithTheFourMembersInOrder) {
               testing::EndsWith(R"(","exepath":"C:\\TarnwickTest\\Details\\foo.exe","exe":"foo.exe"})"));
   const auto json = nlohmann::json::parse(text);
   EXPECT_EQ(json.size(), 4u);
-  EXPECT_EQ(DecodePngDataUri(json["ico"].get<std::string>()).CentreRgb(), kRed);
+  EXPECT_EQ(DecodePngDataUri(json.at("ico").get<std::string>()).CentreRgb(), kRed);
 }
 
 TEST_F(GameDetailsExport, TakesTheProductWhereTheDescriptionIsEmpty) {
   desktop_.Executable(Path("foo.exe"), Named({{"FileDescription", ""}, {"ProductName", "Foo"}}));
-  EXPECT_EQ(Parsed(Path("foo.exe"))["name"], "Foo");
+  EXPECT_EQ(Parsed(Path("foo.exe")).at("name"), "Foo");
 }
 
 TEST_F(GameDetailsExport, WithoutVersionResourceTheNameIsTheStem) {
   for (const auto& [file, name] : std::map<std::string, std::string>{
            {"foo.exe", "foo"}, {"foo.bar.exe", "foo.bar"}, {"no extension", "no extension"}, {".exe", ""}}) {
     desktop_.Executable(Path(file));
-    EXPECT_EQ(Parsed(Path(file))["name"], name);
-    EXPECT_EQ(Parsed(Path(file))["exe"], file);
+    EXPECT_EQ(Parsed(Path(file)).at("name"), name);
+    EXPECT_EQ(Parsed(Path(file)).at("exe"), file);
   }
 }
 
@@ -72,15 +72,15 @@ TEST_F(GameDetailsExport, MendsTheSecondColonWithTheFullWidthColon) {
   const std::string mended = Path("Foo\xEF\xBC\x9A Bar\\foo.exe");
   desktop_.Executable(mended);
   desktop_.Executable(Path("Foo_ Bar\\foo.exe"));  // comes second
-  EXPECT_EQ(Parsed(Path("Foo: Bar\\foo.exe"))["exepath"], mended);
+  EXPECT_EQ(Parsed(Path("Foo: Bar\\foo.exe")).at("exepath"), mended);
 }
 
 TEST_F(GameDetailsExport, MendsTheSecondColonWithAnUnderscoreOtherwise) {
   desktop_.Executable(Path("Foo_ Bar\\foo.exe"), Named({{"FileDescription", "Foo: Bar"}}));
   const auto json = Parsed(Path("Foo: Bar\\foo.exe"));
-  EXPECT_EQ(json["exepath"], Path("Foo_ Bar\\foo.exe"));
-  EXPECT_EQ(json["name"], "Foo: Bar");
-  EXPECT_EQ(DecodePngDataUri(json["ico"].get<std::string>()).CentreRgb(), kRed);
+  EXPECT_EQ(json.at("exepath"), Path("Foo_ Bar\\foo.exe"));
+  EXPECT_EQ(json.at("name"), "Foo: Bar");
+  EXPECT_EQ(DecodePngDataUri(json.at("ico").get<std::string>()).CentreRgb(), kRed);
 }
 
 TEST_F(GameDetailsExport, MendsNoLaterColon) {
@@ -106,7 +106,7 @@ TEST_F(GameDetailsExport, NullPathIsAnEmptyObject) {
 TEST_F(GameDetailsExport, NormalisesThePathButNotTheFileName) {
   desktop_.Executable(Path("foo.exe"));
   const auto json = Parsed("C:/TarnwickTest//Details/foo.exe");
-  EXPECT_EQ(json["exepath"], Path("foo.exe"));
+  EXPECT_EQ(json.at("exepath"), Path("foo.exe"));
 }
 
 TEST_F(GameDetailsExport, TakesNamesOfAllKinds) {
@@ -114,18 +114,18 @@ TEST_F(GameDetailsExport, TakesNamesOfAllKinds) {
     desktop_.Executable(Path(name + "\\" + name + ".exe"),
                         Named({{"FileDescription", name + " \"quoted\"\\\n"}}));
     const auto json = Parsed(Path(name + "\\" + name + ".exe"));
-    EXPECT_EQ(json["name"], name + " \"quoted\"\\\n");
-    EXPECT_EQ(json["exe"], name + ".exe");
-    EXPECT_EQ(json["exepath"], Path(name + "\\" + name + ".exe"));
+    EXPECT_EQ(json.at("name"), name + " \"quoted\"\\\n");
+    EXPECT_EQ(json.at("exe"), name + ".exe");
+    EXPECT_EQ(json.at("exepath"), Path(name + "\\" + name + ".exe"));
   }
 }
 
 TEST_F(GameDetailsExport, AnswersForAFileThatIsNoExecutable) {
   desktop_.File(Path("notes.v2.txt"), "text");
   const auto json = Parsed(Path("notes.v2.txt"));
-  EXPECT_EQ(json["name"], "notes.v2");
-  EXPECT_EQ(json["exe"], "notes.v2.txt");
-  const std::string icon = json["ico"];
+  EXPECT_EQ(json.at("name"), "notes.v2");
+  EXPECT_EQ(json.at("exe"), "notes.v2.txt");
+  const std::string icon = json.at("ico");
   if (!icon.empty()) {
     EXPECT_GT(DecodePngDataUri(icon).width, 0u);
   }
@@ -133,7 +133,7 @@ TEST_F(GameDetailsExport, AnswersForAFileThatIsNoExecutable) {
 
 TEST_F(GameDetailsExport, ExecutableWithoutIconHasAGenericOneOrNone) {
   desktop_.Executable(Path("plain.exe"));
-  const std::string icon = Parsed(Path("plain.exe"))["ico"];
+  const std::string icon = Parsed(Path("plain.exe")).at("ico");
   if (!icon.empty()) {
     EXPECT_GT(DecodePngDataUri(icon).width, 0u);
   }

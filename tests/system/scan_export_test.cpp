@@ -106,7 +106,7 @@ class ScanExport : public testing::Test {
 
   std::vector<std::string> FoundNames(const char* path) {
     std::vector<std::string> names;
-    for (const auto& game : nlohmann::json::parse(Scan(path))) names.push_back(game["name"]);
+    for (const auto& game : nlohmann::json::parse(Scan(path))) names.push_back(game.at("name"));
     return names;
   }
 
@@ -120,11 +120,11 @@ TEST_F(ScanExport, FindsAnInstalledGame) {
   const std::string text = Scan(catalogue.c_str());
   const auto json = nlohmann::json::parse(text);
   ASSERT_EQ(json.size(), 1u) << text;
-  EXPECT_EQ(json[0]["name"], "Foo");
-  EXPECT_EQ(json[0]["loc"], std::string(kFolder) + "\\Games\\Foo\\game.exe");
-  EXPECT_EQ(json[0]["exeName"], "game.exe");
-  EXPECT_EQ(json[0]["launchUrl"], "");
-  EXPECT_TRUE(json[0]["icon"].is_string());
+  EXPECT_EQ(json.at(0).at("name"), "Foo");
+  EXPECT_EQ(json.at(0).at("loc"), std::string(kFolder) + "\\Games\\Foo\\game.exe");
+  EXPECT_EQ(json.at(0).at("exeName"), "game.exe");
+  EXPECT_EQ(json.at(0).at("launchUrl"), "");
+  EXPECT_TRUE(json.at(0).at("icon").is_string());
   EXPECT_THAT(text,
               testing::StartsWith(
                   R"([{"name":"Foo","loc":"C:\\TarnwickTest\\ScanExport\\Games\\Foo\\game.exe","icon":")"));
@@ -377,8 +377,8 @@ TEST_F(ScanExport, GivesEachGameItsOwnIcon) {
   desktop_.Executable(std::string(kFolder) + "\\Games\\Green\\game.exe", coloured);
   const auto json = nlohmann::json::parse(Scan(Catalogue("list.xml", games).c_str()));
   ASSERT_EQ(json.size(), 2u);
-  EXPECT_EQ(DecodePngDataUri(json[0]["icon"].get<std::string>()).CentreRgb(), 0xC02020u);
-  EXPECT_EQ(DecodePngDataUri(json[1]["icon"].get<std::string>()).CentreRgb(), 0x20A040u);
+  EXPECT_EQ(DecodePngDataUri(json.at(0).at("icon").get<std::string>()).CentreRgb(), 0xC02020u);
+  EXPECT_EQ(DecodePngDataUri(json.at(1).at("icon").get<std::string>()).CentreRgb(), 0x20A040u);
 }
 
 TEST_F(ScanExport, LeavesTheCurrentDirectoryAlone) {

@@ -69,6 +69,7 @@ TEST_F(ResultIcons, DisplayIconMayBeQuotedAndCarryAnIndex) {
 
 TEST_F(ResultIcons, WithoutDisplayIconTheExecutablesIconIsTaken) {
   desktop_.Executable(Path("game.exe"), Coloured(kRed));
+  desktop_.Executable(Path("larger.exe"), Coloured(kBlue, 300'000));
   EXPECT_EQ(Colour(Result(Path("game.exe"), "")), kRed);
 }
 

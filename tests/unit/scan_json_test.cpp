@@ -45,8 +45,8 @@ TEST(ScanJson, BuildsOneIconForEachEntryInOrder) {
   };
   const auto json = nlohmann::json::parse(WriteScanJson({Result("a", ""), Result("b", "")}, icon));
   EXPECT_THAT(asked, testing::ElementsAre("a", "b"));
-  EXPECT_EQ(json[0]["icon"], "icon 1");
-  EXPECT_EQ(json[1]["icon"], "icon 2");
+  EXPECT_EQ(json.at(0).at("icon"), "icon 1");
+  EXPECT_EQ(json.at(1).at("icon"), "icon 2");
 }
 
 TEST(ScanJson, EscapesQuotesLineFeedsAndControlCharacters) {
@@ -57,19 +57,19 @@ TEST(ScanJson, EscapesQuotesLineFeedsAndControlCharacters) {
 TEST(ScanJson, EscapesEveryMember) {
   const std::string text = WriteScanJson({Result("n\"", "C:\\\"x\"\\a\n.exe", "u\"\\")}, NoIcon);
   const auto entry = nlohmann::json::parse(text)[0];
-  EXPECT_EQ(entry["name"], "n\"");
-  EXPECT_EQ(entry["loc"], "C:\\\"x\"\\a\n.exe");
-  EXPECT_EQ(entry["launchUrl"], "u\"\\");
-  EXPECT_EQ(entry["exeName"], "a\n.exe");
+  EXPECT_EQ(entry.at("name"), "n\"");
+  EXPECT_EQ(entry.at("loc"), "C:\\\"x\"\\a\n.exe");
+  EXPECT_EQ(entry.at("launchUrl"), "u\"\\");
+  EXPECT_EQ(entry.at("exeName"), "a\n.exe");
 }
 
 TEST(ScanJson, NormalisesThePathButNotTheName) {
   const auto entry =
       nlohmann::json::parse(WriteScanJson({Result("x//y", "C:/Games//x.exe", "a//b")}, NoIcon))[0];
-  EXPECT_EQ(entry["loc"], "C:\\Games\\x.exe");
-  EXPECT_EQ(entry["exeName"], "x.exe");
-  EXPECT_EQ(entry["name"], "x//y");
-  EXPECT_EQ(entry["launchUrl"], "a//b");
+  EXPECT_EQ(entry.at("loc"), "C:\\Games\\x.exe");
+  EXPECT_EQ(entry.at("exeName"), "x.exe");
+  EXPECT_EQ(entry.at("name"), "x//y");
+  EXPECT_EQ(entry.at("launchUrl"), "a//b");
   EXPECT_THAT(WriteScanJson({Result("", "C:/Games//x.exe")}, NoIcon),
               testing::HasSubstr(R"("loc":"C:\\Games\\x.exe")"));
 }
@@ -78,7 +78,7 @@ TEST(ScanJson, KeepsCharactersOfAllKinds) {
   const std::string name = "Тетрис 俄罗斯方块 é \xF0\x9F\x8E\xAE";
   const std::string text = WriteScanJson({Result(name, "C:\\Игры\\游戏.exe")}, NoIcon);
   EXPECT_THAT(text, testing::HasSubstr(name));
-  EXPECT_EQ(nlohmann::json::parse(text)[0]["exeName"], "游戏.exe");
+  EXPECT_EQ(nlohmann::json::parse(text)[0].at("exeName"), "游戏.exe");
 }
 
 TEST(ScanJson, ReplacesBrokenUtf8ByValidText) {
