@@ -189,7 +189,7 @@ char* WriteNumbered(char* out, Decoding& decoding, size_t at) {
   const bool hexadecimal = at + 2 < text.size() && (text[at + 2] == 'x' || text[at + 2] == 'X');
   const size_t digits = at + (hexadecimal ? 3 : 2);
   const size_t end = SemicolonFrom(decoding, digits);
-  if (end == kNone || end == digits) return nullptr;
+  if (end == kNone) return nullptr;
   const std::optional<uint32_t> code = ParseUnsigned(Between(text, digits, end), hexadecimal ? 16 : 10);
   return code ? WriteCodePoint(out, *code) : nullptr;
 }

@@ -1,6 +1,8 @@
 #include "catalogue/xml_parser.h"
 
 #include "catalogue/decipher.h"
+#include "desktop/desktop.h"
+#include "foundation/conversions.h"
 #include "foundation/owner.h"
 #include "support/catalogue_reference.h"
 #include "support/catalogue_sample.h"
@@ -10,8 +12,6 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -28,14 +28,11 @@ const std::string kTwoGames =
 // Files below a folder of this test's own, gone when it ends.
 class XmlParserTest : public testing::Test {
  protected:
-  XmlParserTest() { std::filesystem::create_directories(kFolder); }
-  ~XmlParserTest() override { std::filesystem::remove_all(kFolder); }
+  XmlParserTest() { desktop_.Folder(WideToUtf8(kFolder)); }
 
-  static std::wstring Write(const std::string& bytes, const std::wstring& name = L"MasterGameList.xml") {
+  std::wstring Write(const std::string& bytes, const std::wstring& name = L"MasterGameList.xml") {
     const std::wstring path = std::wstring(kFolder) + L"\\" + name;
-    std::ofstream file(std::filesystem::path(path), std::ios::binary | std::ios::trunc);
-    file.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    EXPECT_TRUE(file.good());
+    desktop_.File(WideToUtf8(path), bytes);
     return path;
   }
 
@@ -46,6 +43,9 @@ class XmlParserTest : public testing::Test {
   }
 
   static constexpr const wchar_t* kFolder = L"C:\\TarnwickTest\\Catalogue";
+
+ private:
+  desktop::Desktop desktop_;
 };
 
 std::string Ansi(const std::wstring& text) {
