@@ -470,13 +470,10 @@ std::string ExtractElementText(std::string_view block, std::string_view name) {
 std::string NormalizeElementText(std::string_view text) {
   std::string out(text.size(), '\0');
   Normalizing normal{out.data()};
-  size_t at = 0;
-  while (at < text.size()) {
-    if (text.size() - at >= kWordSize && AddWord(normal, text.data() + at)) {
-      at += kWordSize;
-    } else {
-      AddByte(normal, text[at++]);
-    }
+  for (size_t at = 0; at < text.size(); at += kWordSize) {
+    const std::string_view word = text.substr(at, kWordSize);
+    if (word.size() == kWordSize && AddWord(normal, word.data())) continue;
+    for (const char byte : word) AddByte(normal, byte);
   }
   out.resize(normal.length);
   return out;
