@@ -17,20 +17,14 @@ namespace {
 
 std::wstring Stem(const std::wstring& fileName) { return fileName.substr(0, fileName.rfind(L'.')); }
 
-std::string FileIcon(const std::wstring& path) {
-  Icon icon = LoadIconFromFile(path, 0);
-  if (!icon) icon = LoadStockApplicationIcon();
-  return IconDataUri(icon.Get());
-}
-
-std::string DetailsJson(const std::wstring& path) {
+std::string DetailsJson(const std::wstring& path, const FileIconBuilder& buildIcon) {
   const std::wstring file_name = FileNameOf(path);
   std::wstring name = VersionName(path);
   if (name.empty()) name = Stem(file_name);
   std::wstring json = L"{\"name\":\"";
   AppendJsonEscaped(json, name);
   json += L"\",\"ico\":\"";
-  AppendJsonEscaped(json, Utf8ToWide(FileIcon(path)));
+  AppendJsonEscaped(json, Utf8ToWide(buildIcon(path)));
   json += L"\",\"exepath\":\"";
   AppendJsonEscaped(json, NormalizeLocPath(path));
   json += L"\",\"exe\":\"";
@@ -48,7 +42,13 @@ std::wstring FindFile(const char* path) {
 
 }  // namespace
 
-int WriteGameDetails(const char* path, char* buffer, int size) {
+std::string BuildFileIcon(const std::wstring& path) {
+  Icon icon = LoadIconFromFile(path, 0);
+  if (!icon) icon = LoadStockApplicationIcon();
+  return IconDataUri(icon.Get());
+}
+
+int WriteGameDetails(const char* path, char* buffer, int size, const FileIconBuilder& buildIcon) {
   static constexpr ExportMessages kMessages = {
       "CRITICAL ERROR in IA_GetGameDetailsByPathJson: ",
       "CRITICAL ERROR: Unknown exception in IA_GetGameDetailsByPathJson."};
@@ -58,7 +58,7 @@ int WriteGameDetails(const char* path, char* buffer, int size) {
   const bool ended = RunCatching(kMessages, [&] {
     const std::wstring file = FindFile(path);
     length = file.empty() ? WriteEmptyResult(kNothing, buffer, size)
-                          : WriteResult(DetailsJson(file), buffer, size);
+                          : WriteResult(DetailsJson(file, buildIcon), buffer, size);
   });
   return ended ? length : WriteEmptyResult(kNothing, buffer, size);
 }

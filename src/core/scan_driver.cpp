@@ -2,6 +2,7 @@
 #include "core/scan_driver.h"
 
 #include "catalogue/xml_parser.h"
+#include "core/catalogue_choice.h"
 #include "core/merge.h"
 #include "core/scan_json.h"
 #include "foundation/com_scope.h"
@@ -16,26 +17,6 @@ namespace tarnwick {
 namespace {
 
 constexpr char kNothing[] = "[]";
-constexpr wchar_t kDecryptedCatalogue[] = L"MasterGameList_decrypted.xml";
-constexpr wchar_t kCatalogue[] = L"MasterGameList.xml";
-
-std::wstring AskedCatalogue(const char* path) {
-  std::wstring wide;
-  try {
-    wide = path == nullptr || *path == '\0' ? kDecryptedCatalogue : Utf8ToWide(path);
-  } catch (...) {
-    LogLine("ERROR: Exception during UTF-8 to WideChar conversion.");
-  }
-  return wide;
-}
-
-// The catalogue to read, or the asked one where there is none.
-std::wstring ChooseCatalogue(const char* path) {
-  const std::wstring asked = AskedCatalogue(path);
-  if (PathExists(asked) || !PathExists(kCatalogue)) return asked;
-  LogLine("Fallback to MasterGameList.xml");
-  return kCatalogue;
-}
 
 int ScanGames(const GameList& games, char* buffer, int size, const StrategyTable& table) {
   const ScanResults all = RunStrategies(games, table);
