@@ -3,8 +3,8 @@
 #include "desktop/desktop.h"
 #include "foundation/files.h"
 #include "support/debug_capture.h"
+#include "support/describe.h"
 #include "support/failing_allocation.h"
-#include "support/result_text.h"
 
 #include <gmock/gmock.h>
 
@@ -18,6 +18,11 @@ using testing::IsEmpty;
 
 const std::string kRoot = R"(HKEY_LOCAL_MACHINE\SOFTWARE\Perfect World Entertainment\Core\)";
 const std::string kFolder = R"(C:\TarnwickTest\Arc\)";
+
+std::string Expected(const std::string& name, const std::string& exe, const std::string& url,
+                     const std::string& subkey) {
+  return name + "|" + exe + "|" + url + "|Arc: " + kRoot + subkey + "||1|0|";
+}
 
 GameSignature Signature(const std::string& name, const std::string& key, const std::string& url) {
   GameSignature signature;
@@ -43,7 +48,7 @@ class ArcRegistrySearchTest : public testing::Test {
   }
 
   std::vector<std::string> Search(const GameList& games = {}) {
-    return tests::ResultTexts(ArcRegistrySearch(games, "S-1-5-21"));
+    return tests::Describe(ArcRegistrySearch(games, "S-1-5-21"));
   }
 
   Desktop desktop_;
@@ -58,7 +63,7 @@ TEST_F(ArcRegistrySearchTest, WritesTwoLinesWhereNothingIsInstalled) {
 
 TEST_F(ArcRegistrySearchTest, ReportsATitleWithoutASignatureByItsKeysName) {
   const std::string exe = Game("9000en");
-  EXPECT_THAT(Search(), ElementsAre("9000en | " + exe + " |  | Arc: " + kRoot + "9000en"));
+  EXPECT_THAT(Search(), ElementsAre(Expected("9000en", exe, "", "9000en")));
   EXPECT_THAT(capture_.Lines(), ElementsAre("[ArcRegistrySearch] Starting Arc Registry Search...",
                                             "[ArcRegistrySearch] Found: 9000en -> " + exe,
                                             "[ArcRegistrySearch] Scan completed! Found 1 games."));
@@ -66,21 +71,19 @@ TEST_F(ArcRegistrySearchTest, ReportsATitleWithoutASignatureByItsKeysName) {
 
 TEST_F(ArcRegistrySearchTest, TakesNameAndUrlFromTheSignature) {
   const std::string exe = Game("9000en");
-  EXPECT_THAT(
-      Search({Signature("Never\xE2\x84\xA2 Winter", kRoot + "9000en", "arc://play/nw")}),
-      ElementsAre("Never\xE2\x84\xA2 Winter | " + exe + " | arc://play/nw | Arc: " + kRoot + "9000en"));
+  EXPECT_THAT(Search({Signature("Never\xE2\x84\xA2 Winter", kRoot + "9000en", "arc://play/nw")}),
+              ElementsAre(Expected("Never\xE2\x84\xA2 Winter", exe, "arc://play/nw", "9000en")));
 }
 
 TEST_F(ArcRegistrySearchTest, TakesTheSignaturesNameEvenWhereItIsEmpty) {
   const std::string exe = Game("9000en");
-  EXPECT_THAT(Search({Signature("", kRoot + "9000en", "")}),
-              ElementsAre(" | " + exe + " |  | Arc: " + kRoot + "9000en"));
+  EXPECT_THAT(Search({Signature("", kRoot + "9000en", "")}), ElementsAre(Expected("", exe, "", "9000en")));
   EXPECT_EQ(capture_.Lines()[1], "[ArcRegistrySearch] Found:  -> " + exe);
 }
 
 TEST_F(ArcRegistrySearchTest, ComparesTheSignaturesKeyByteForByte) {
   const std::string exe = Game("Game");
-  const std::string expected = "Game | " + exe + " |  | Arc: " + kRoot + "Game";
+  const std::string expected = Expected("Game", exe, "", "Game");
   EXPECT_THAT(Search({Signature("Other", kRoot + "game", "")}), ElementsAre(expected));
   EXPECT_THAT(Search({Signature("Other", kRoot + "Game\\", "")}), ElementsAre(expected));
   EXPECT_THAT(Search({Signature("Other", R"(SOFTWARE\Perfect World Entertainment\Core\Game)", "")}),
@@ -91,20 +94,20 @@ TEST_F(ArcRegistrySearchTest, TakesTheLaterOfTwoSignaturesOfOneKey) {
   const std::string exe = Game("Game");
   EXPECT_THAT(
       Search({Signature("Early", kRoot + "Game", "arc://1"), Signature("Late", kRoot + "Game", "arc://2")}),
-      ElementsAre("Late | " + exe + " | arc://2 | Arc: " + kRoot + "Game"));
+      ElementsAre(Expected("Late", exe, "arc://2", "Game")));
 }
 
 TEST_F(ArcRegistrySearchTest, IgnoresSignaturesOfOtherSources) {
   const std::string exe = Game("Game");
   GameSignature other = Signature("Other", kRoot + "Game", "x://1");
   other.SourceKind = kSourceBethesda;
-  EXPECT_THAT(Search({other}), ElementsAre("Game | " + exe + " |  | Arc: " + kRoot + "Game"));
+  EXPECT_THAT(Search({other}), ElementsAre(Expected("Game", exe, "", "Game")));
 }
 
 TEST_F(ArcRegistrySearchTest, RemovesQuotesBeforeTheFileTest) {
   const std::string exe = Game("Game");
   Client("Game", "\"" + exe + "\"");
-  EXPECT_THAT(Search(), ElementsAre("Game | " + exe + " |  | Arc: " + kRoot + "Game"));
+  EXPECT_THAT(Search(), ElementsAre(Expected("Game", exe, "", "Game")));
 }
 
 TEST_F(ArcRegistrySearchTest, MakesARelativeClientAbsolute) {
@@ -114,7 +117,7 @@ TEST_F(ArcRegistrySearchTest, MakesARelativeClientAbsolute) {
   std::filesystem::current_path(PathFromUtf8(kFolder));
   const auto results = Search();
   std::filesystem::current_path(before);
-  EXPECT_THAT(results, ElementsAre("Game | " + kFolder + "Game.exe |  | Arc: " + kRoot + "Game"));
+  EXPECT_THAT(results, ElementsAre(Expected("Game", kFolder + "Game.exe", "", "Game")));
 }
 
 TEST_F(ArcRegistrySearchTest, SkipsAKeyWithoutInstallPathOrClient) {
@@ -175,7 +178,7 @@ TEST_F(ArcRegistrySearchTest, ReadsNamesOfAllLanguages) {
   const std::string name = "Игра 完美世界 é";
   const std::string exe = Game(name);
   EXPECT_THAT(Search({Signature("Идеал", kRoot + name, "arc://и")}),
-              ElementsAre("Идеал | " + exe + " | arc://и | Arc: " + kRoot + name));
+              ElementsAre(Expected("Идеал", exe, "arc://и", name)));
 }
 
 TEST_F(ArcRegistrySearchTest, KeepsWhatItReadBeforeAFailure) {
@@ -187,7 +190,7 @@ TEST_F(ArcRegistrySearchTest, KeepsWhatItReadBeforeAFailure) {
     tests::FailingAllocation failing(1800);
     results = ArcRegistrySearch({}, {});
   }
-  EXPECT_THAT(tests::ResultTexts(results), ElementsAre("A | " + exe + " |  | Arc: " + kRoot + "A"));
+  EXPECT_THAT(tests::Describe(results), ElementsAre(Expected("A", exe, "", "A")));
   EXPECT_THAT(capture_.Lines(), ElementsAre("[ArcRegistrySearch] Starting Arc Registry Search...",
                                             "[ArcRegistrySearch] Error reading Arc registry: std::bad_alloc",
                                             "[ArcRegistrySearch] Found: A -> " + exe,

@@ -3,8 +3,8 @@
 #include "desktop/desktop.h"
 #include "foundation/files.h"
 #include "support/debug_capture.h"
+#include "support/describe.h"
 #include "support/failing_allocation.h"
-#include "support/result_text.h"
 
 #include <gmock/gmock.h>
 
@@ -56,7 +56,7 @@ class BethesdaRegistryTest : public testing::Test {
 
   std::vector<std::string> Search(const GameList& games = {
                                       Signature("Doom", "bethesdanet://run/8", "game.exe")}) {
-    return tests::ResultTexts(BethesdaRegistrySearch(games, "S-1-5-21"));
+    return tests::Describe(BethesdaRegistrySearch(games, "S-1-5-21"));
   }
 
   Desktop desktop_;
@@ -64,7 +64,7 @@ class BethesdaRegistryTest : public testing::Test {
 };
 
 std::string Expected(const std::string& name, const std::string& exe, const std::string& key) {
-  return name + " | " + exe + " | bethesdanet://run/8 | Bethesda: " + kUninstall + key;
+  return name + "|" + exe + "|bethesdanet://run/8|Bethesda: " + kUninstall + key + "||1|0|";
 }
 
 TEST_F(BethesdaRegistryTest, EndsWithoutTheLauncher) {
@@ -300,7 +300,7 @@ TEST_F(BethesdaRegistryTest, KeepsWhatItReadBeforeAFailure) {
     tests::FailingAllocation failing(1800);
     results = BethesdaRegistrySearch({Signature("Doom", "bethesdanet://run/8", "game.exe")}, {});
   }
-  EXPECT_THAT(tests::ResultTexts(results), ElementsAre(Expected("Doom", exe, "A")));
+  EXPECT_THAT(tests::Describe(results), ElementsAre(Expected("Doom", exe, "A")));
   EXPECT_THAT(capture_.Lines(),
               ElementsAre(kStart, "[BethesdaRegistry] Error reading Bethesda registry: std::bad_alloc",
                           "[BethesdaRegistry] Found: Doom -> " + exe,

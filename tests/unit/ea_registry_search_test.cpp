@@ -2,8 +2,8 @@
 
 #include "desktop/desktop.h"
 #include "support/debug_capture.h"
+#include "support/describe.h"
 #include "support/failing_allocation.h"
-#include "support/result_text.h"
 
 #include <gmock/gmock.h>
 
@@ -39,15 +39,15 @@ class EaRegistrySearch : public testing::Test {
     return exe;
   }
 
-  std::vector<std::string> Search() { return tests::ResultTexts(EARegistrySearch({}, {})); }
+  std::vector<std::string> Search() { return tests::Describe(EARegistrySearch({}, {})); }
 
   Desktop desktop_;
   tests::DebugCapture capture_;
 };
 
 std::string Expected(const std::string& name, const std::string& exe, const std::string& guid) {
-  return name + " | " + exe + " | origin2://game/launch?offerIds=" + guid + " | EA Registry: " + kUninstall +
-         guid;
+  return name + "|" + exe + "|origin2://game/launch?offerIds=" + guid + "|EA Registry: " + kUninstall + guid +
+         "||1|0|";
 }
 
 TEST_F(EaRegistrySearch, WritesTwoLinesWhereNothingIsInstalled) {
@@ -196,7 +196,7 @@ TEST_F(EaRegistrySearch, IgnoresTheCatalogue) {
   GameSignature other;
   other.DisplayName = "Other";
   other.SourceKind = kSourceEa;
-  EXPECT_EQ(tests::ResultTexts(EARegistrySearch({other}, "S-1-5-21")),
+  EXPECT_EQ(tests::Describe(EARegistrySearch({other}, "S-1-5-21")),
             std::vector<std::string>{Expected("Own", exe, "{N}")});
 }
 
@@ -208,7 +208,7 @@ TEST_F(EaRegistrySearch, KeepsWhatItReadBeforeAFailure) {
     tests::FailingAllocation failing(3000);
     results = EARegistrySearch({}, {});
   }
-  EXPECT_THAT(tests::ResultTexts(results), ElementsAre(Expected("First", exe, "{F}")));
+  EXPECT_THAT(tests::Describe(results), ElementsAre(Expected("First", exe, "{F}")));
   EXPECT_THAT(capture_.Lines(), ElementsAre("[EARegistrySearch] Starting EA Registry Search...",
                                             "[EARegistrySearch] Error reading EA registry: std::bad_alloc",
                                             "[EARegistrySearch] Found: First -> " + exe,

@@ -2,8 +2,8 @@
 
 #include "desktop/desktop.h"
 #include "support/debug_capture.h"
+#include "support/describe.h"
 #include "support/failing_allocation.h"
-#include "support/result_text.h"
 
 #include <gmock/gmock.h>
 
@@ -28,14 +28,14 @@ class GogRegistrySearchTest : public testing::Test {
     return exe;
   }
 
-  std::vector<std::string> Search() { return tests::ResultTexts(GogRegistrySearch({}, {})); }
+  std::vector<std::string> Search() { return tests::Describe(GogRegistrySearch({}, {})); }
 
   Desktop desktop_;
   tests::DebugCapture capture_;
 };
 
 std::string Expected(const std::string& name, const std::string& exe, const std::string& id) {
-  return name + " | " + exe + " | goggalaxy://openGameView/" + id + " | GOG Registry: " + kRoot + id;
+  return name + "|" + exe + "|goggalaxy://openGameView/" + id + "|GOG Registry: " + kRoot + id + "||1|0|";
 }
 
 TEST_F(GogRegistrySearchTest, WritesTwoLinesWhereNothingIsInstalled) {
@@ -141,7 +141,7 @@ TEST_F(GogRegistrySearchTest, IgnoresTheCatalogue) {
   GameSignature other;
   other.DisplayName = "Other";
   other.SourceKind = kSourceGog;
-  EXPECT_EQ(tests::ResultTexts(GogRegistrySearch({other}, "S-1-5-21")),
+  EXPECT_EQ(tests::Describe(GogRegistrySearch({other}, "S-1-5-21")),
             std::vector<std::string>{Expected("One", exe, "1")});
 }
 
@@ -153,7 +153,7 @@ TEST_F(GogRegistrySearchTest, KeepsWhatItReadBeforeAFailure) {
     tests::FailingAllocation failing(3000);
     results = GogRegistrySearch({}, {});
   }
-  EXPECT_THAT(tests::ResultTexts(results), ElementsAre(Expected("First", exe, "1")));
+  EXPECT_THAT(tests::Describe(results), ElementsAre(Expected("First", exe, "1")));
   EXPECT_THAT(capture_.Lines(), ElementsAre("[GogRegistrySearch] Starting GOG Registry Search...",
                                             "[GogRegistrySearch] Error reading GOG registry: std::bad_alloc",
                                             "[GogRegistrySearch] Found: First -> " + exe,

@@ -4,7 +4,7 @@
 #include "foundation/files.h"
 #include "launchers/sqlite_stub.h"
 #include "support/debug_capture.h"
-#include "support/result_text.h"
+#include "support/describe.h"
 
 #include <gmock/gmock.h>
 
@@ -51,8 +51,8 @@ TEST(ItchIoSearch, CanNotOpenADatabaseThatIsThere) {
 }
 
 TEST(ItchIoSearch, MakesAResultOfARow) {
-  EXPECT_EQ(tests::ResultText(ItchResult({"77", "Игра 游戏", R"(C:\itch\нет.exe)"})),
-            R"(Игра 游戏 | C:\itch\нет.exe |  | Itch.io ID: 77 | not found)");
+  EXPECT_EQ(tests::Describe(ItchResult({"77", "Игра 游戏", R"(C:\itch\нет.exe)"})),
+            R"(Игра 游戏|C:\itch\нет.exe||Itch.io ID: 77||0|0|)");
 }
 
 const DatabaseLauncher kLauncher = {"[ItchIoSearch]", "Starting Itch.io Search...", 26, ""};
@@ -60,8 +60,8 @@ const DatabaseLauncher kLauncher = {"[ItchIoSearch]", "Starting Itch.io Search..
 TEST(ItchIoSearch, ReportsEachRowWithoutAskingForFiles) {
   tests::DebugCapture capture;
   const auto rows = [] { return std::vector<ItchGameRow>{{"1", "One", R"(Q:\gone)"}, {"", "", ""}}; };
-  EXPECT_THAT(tests::ResultTexts(SearchDatabase<ItchGameRow>(kLauncher, rows, ItchResult)),
-              ElementsAre(R"(One | Q:\gone |  | Itch.io ID: 1)", " |  |  | Itch.io ID: "));
+  EXPECT_THAT(tests::Describe(SearchDatabase<ItchGameRow>(kLauncher, rows, ItchResult)),
+              ElementsAre(R"(One|Q:\gone||Itch.io ID: 1||1|0|)", "|||Itch.io ID: ||1|0|"));
   EXPECT_THAT(capture.Lines(),
               ElementsAre(kStart, R"([ItchIoSearch] Found: One -> Q:\gone)", "[ItchIoSearch] Found:  -> ",
                           "[ItchIoSearch] Scan completed! Found 2 games."));
@@ -76,8 +76,8 @@ TEST(ItchIoSearch, KeepsWhatItFoundBeforeAFailure) {
     if (row.name == "bad") throw std::runtime_error("the row is broken");
     return ItchResult(row);
   };
-  EXPECT_THAT(tests::ResultTexts(SearchDatabase<ItchGameRow>(kLauncher, rows, resultOf)),
-              ElementsAre("One | a |  | Itch.io ID: 1"));
+  EXPECT_THAT(tests::Describe(SearchDatabase<ItchGameRow>(kLauncher, rows, resultOf)),
+              ElementsAre("One|a||Itch.io ID: 1||1|0|"));
   EXPECT_THAT(capture.Lines(), ElementsAre(kStart, "[ItchIoSearch] Found: One -> a",
                                            "[ItchIoSearch] Critical Error: the row is broken"));
 }

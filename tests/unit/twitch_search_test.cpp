@@ -4,7 +4,7 @@
 #include "foundation/files.h"
 #include "launchers/sqlite_stub.h"
 #include "support/debug_capture.h"
-#include "support/result_text.h"
+#include "support/describe.h"
 
 #include <gmock/gmock.h>
 
@@ -51,8 +51,8 @@ TEST(TwitchSearch, CanNotOpenADatabaseThatIsThere) {
 }
 
 TEST(TwitchSearch, MakesAResultOfARow) {
-  EXPECT_EQ(tests::ResultText(TwitchResult({"id-7", "Игра 游戏", R"(C:\Twitch\нет)", "Twitch DB", "unused"})),
-            R"(Игра 游戏 | C:\Twitch\нет | twitch://fuel-launch/id-7 | Twitch DB | not found)");
+  EXPECT_EQ(tests::Describe(TwitchResult({"id-7", "Игра 游戏", R"(C:\Twitch\нет)", "Twitch DB", "unused"})),
+            R"(Игра 游戏|C:\Twitch\нет|twitch://fuel-launch/id-7|Twitch DB||0|0|)");
 }
 
 const DatabaseLauncher kLauncher = {"[TwitchSearch]", "Starting Twitch Search...", 35, ""};
@@ -60,8 +60,8 @@ const DatabaseLauncher kLauncher = {"[TwitchSearch]", "Starting Twitch Search...
 TEST(TwitchSearch, ReportsEachRowWithoutAskingForFiles) {
   tests::DebugCapture capture;
   const auto rows = [] { return std::vector<TwitchGameRow>{{"1", "One", R"(Q:\gone)", "S", ""}, {}}; };
-  EXPECT_THAT(tests::ResultTexts(SearchDatabase<TwitchGameRow>(kLauncher, rows, TwitchResult)),
-              ElementsAre(R"(One | Q:\gone | twitch://fuel-launch/1 | S)", " |  | twitch://fuel-launch/ | "));
+  EXPECT_THAT(tests::Describe(SearchDatabase<TwitchGameRow>(kLauncher, rows, TwitchResult)),
+              ElementsAre(R"(One|Q:\gone|twitch://fuel-launch/1|S||1|0|)", "||twitch://fuel-launch/|||1|0|"));
   EXPECT_THAT(capture.Lines(),
               ElementsAre(kStart, R"([TwitchSearch] Found: One -> Q:\gone)", "[TwitchSearch] Found:  -> ",
                           "[TwitchSearch] Scan completed! Found 2 games."));

@@ -2,8 +2,8 @@
 
 #include "desktop/desktop.h"
 #include "support/debug_capture.h"
+#include "support/describe.h"
 #include "support/locked_path.h"
-#include "support/result_text.h"
 #include "support/store_world.h"
 
 #include <gmock/gmock.h>
@@ -29,8 +29,8 @@ GameSignature Signature(const std::string& displayName, const std::string& famil
 }
 
 std::string Expected(const std::string& name, const std::string& package, const std::string& exe) {
-  return name + " | " + kStoreFolder + package + "\\" + exe + R"( | shell:AppsFolder\)" + package +
-         "_8wekyb3d8bbwe!App | Microsoft Store (UWP)";
+  return name + "|" + kStoreFolder + package + "\\" + exe + R"(|shell:AppsFolder\)" + package +
+         "_8wekyb3d8bbwe!App|Microsoft Store (UWP)" + "||1|0|";
 }
 
 class MicrosoftStoreScan : public testing::Test {
@@ -52,7 +52,7 @@ class MicrosoftStoreScan : public testing::Test {
   }
 
   std::vector<std::string> Scan(const GameList& games = {}) {
-    return tests::ResultTexts(ScanMicrosoftStore(games, "S-1-5-21"));
+    return tests::Describe(ScanMicrosoftStore(games, "S-1-5-21"));
   }
 
   Desktop desktop_;
@@ -125,10 +125,10 @@ TEST_F(MicrosoftStoreScan, LaunchesByTheCataloguesUrl) {
   GameSignature signature = Signature("A", "A", "game.exe");
   signature.LaunchUrl = "msxbox://a";
   EXPECT_THAT(Scan({signature}),
-              ElementsAre("A | " + kStoreFolder + R"(A\game.exe | msxbox://a | Microsoft Store (UWP))"));
+              ElementsAre("A|" + kStoreFolder + R"(A\game.exe|msxbox://a|Microsoft Store (UWP)||1|0|)"));
   signature.DefaultExe = "gone.exe";
   EXPECT_THAT(Scan({signature}),
-              ElementsAre("A | " + kStoreFolder + R"(A\m.exe | msxbox://a | Microsoft Store (UWP))"));
+              ElementsAre("A|" + kStoreFolder + R"(A\m.exe|msxbox://a|Microsoft Store (UWP)||1|0|)"));
 }
 
 TEST_F(MicrosoftStoreScan, FallsBackOnTheManifestWhereTheCataloguesExecutableIsMissing) {
@@ -274,8 +274,8 @@ TEST_F(MicrosoftStoreScan, FindsPackagesByTheirFoldersWithoutTheRegistry) {
   desktop_.File(folder + R"(\AppxManifest.xml)", tests::Manifest("Manifest's", "m.exe"));
   desktop_.File(folder + R"(\game.exe)");
   EXPECT_THAT(Scan({Signature("Catalogue's", "A", "game.exe")}),
-              ElementsAre("Catalogue's | " + folder +
-                          R"(\game.exe | shell:AppsFolder\A_8wekyb3d8bbwe!App | Microsoft Store (UWP))"));
+              ElementsAre("Catalogue's|" + folder +
+                          R"(\game.exe|shell:AppsFolder\A_8wekyb3d8bbwe!App|Microsoft Store (UWP)||1|0|)"));
 }
 
 TEST_F(MicrosoftStoreScan, IsEmptyWithoutTheRegistryAndTheRightToReadTheFolder) {
