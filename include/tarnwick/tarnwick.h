@@ -26,9 +26,9 @@
  *
  * Failures. No C++ exception leaves any of these functions. Structured exceptions are caught as well by
  * IA_RunMultiPlatformGameScanJson, IA_RefreshCache, IA_GetAppsJson, IA_GetAppsJsonAll, IA_FindGamesJson and
- * IA_FindGamesByFile; what such an exception interrupted isn't repaired, and a lock that was held may stay
- * held, so that a later call waits for ever: treat "CRITICAL SEH ERROR" in the log as a reason to restart the
- * host. Pointers must be null where that is allowed, or valid.
+ * IA_FindGamesByFile; what such an exception interrupted isn't repaired. After one in a scan the API lock may
+ * stay held, so that a later call waits for ever; the other five let go of their locks. Treat "CRITICAL SEH
+ * ERROR" in the log as a reason to restart the host. Pointers must be null where that is allowed, or valid.
  *
  * Threads. Every function may be called on any thread, from several at once unless it says otherwise, but not
  * from a DllMain. COM is set up for the length of a call where the calling thread has not done so; a thread

@@ -1,4 +1,5 @@
 // All exports at once, for a minute: every answer is the one that a single thread gets.
+#include "desktop/catalogue_text.h"
 #include "desktop/desktop.h"
 #include "foundation/windows_api.h"
 #include "support/library.h"
@@ -38,6 +39,19 @@ void Install(Desktop& d, int number) {
   d.String(key, "DisplayIcon", path + ",0", View::k64);
 }
 
+// A game for the scan, which its catalogue knows by a registry key.
+void InstallGame(Desktop& d) {
+  const std::string key = "HKEY_LOCAL_MACHINE\\SOFTWARE\\TarnwickTest\\AllExports";
+  const std::string folder = kRoot + "Game";
+  d.Executable(folder + "\\game.exe");
+  for (const View view : {View::k32, View::k64}) d.String(key, "InstallLocation", "\"" + folder + "\"", view);
+  GameSignature game;
+  game.DisplayName = "Tarnwick Game";
+  game.RegistryKey = key;
+  game.DefaultExe = "game.exe";
+  d.File(kRoot + "catalogue.xml", desktop::CatalogueText({game}));
+}
+
 // One way of asking the library, and what a single thread got for an answer.
 struct Question {
   std::string name;
@@ -54,6 +68,7 @@ std::string Text(Call call) {
 
 std::vector<Question> Questions(const Library& library) {
   static const std::string request = kRoot + "request.json";
+  static const std::string catalogue = kRoot + "catalogue.xml";
   static const std::string executable = kRoot + "app1\\app1.exe";
   return {
       {"refresh", [&] { return std::to_string(library.IA_RefreshCache()); }, {}},
@@ -87,7 +102,7 @@ std::vector<Question> Questions(const Library& library) {
       {"scan",
        [&] {
          return Text([&](char* o, int32_t n) {
-           return library.IA_RunMultiPlatformGameScanJson("C:\\none.xml", o, n);
+           return library.IA_RunMultiPlatformGameScanJson(catalogue.c_str(), o, n);
          });
        },
        {}},
@@ -107,11 +122,13 @@ TEST(AllExports, SixteenThreadsForAMinuteGetTheAnswersOfOne) {
   Desktop d;
   for (int i = 1; i <= 5; ++i) Install(d, i);
   d.File(kRoot + "request.json", R"([{"name":"Five","exeName":"app5.exe"}])");
+  InstallGame(d);
   Library library(TARNWICK_DLL);
   std::vector<Question> questions = Questions(library);
   for (Question& question : questions) question.answer = question.ask();
   ASSERT_GT(questions[2].answer.size(), 1000u);
   ASSERT_NE(questions[4].answer.find("Five"), std::string::npos);
+  ASSERT_NE(questions[6].answer.find("Tarnwick Game"), std::string::npos);
 
   const auto end = std::chrono::steady_clock::now() + kDuration;
   std::vector<std::atomic<int>> asked(questions.size());
