@@ -8,11 +8,19 @@ namespace {
 
 constexpr size_t kNone = std::string_view::npos;
 
+// Where the key stands in its quotes. The search is for the key's first letter rather than for the quote
+// before it: these texts are full of quotes.
+size_t FindQuoted(std::string_view text, std::string_view key) {
+  const std::string needle = std::string(key) + '"';
+  size_t at = text.find(needle, 1);
+  while (at != kNone && text[at - 1] != '"') at = text.find(needle, at + 1);
+  return at == kNone ? kNone : at - 1;
+}
+
 }  // namespace
 
 size_t JsonFindColon(std::string_view text, std::string_view key) {
-  const std::string needle = '"' + std::string(key) + '"';
-  const size_t at = text.find(needle);
+  const size_t at = FindQuoted(text, key);
   return at == kNone ? kNone : text.find(':', at);
 }
 
