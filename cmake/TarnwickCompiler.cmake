@@ -7,6 +7,10 @@ if(MSVC)
 else()
   target_compile_options(tarnwick_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion
                          $<$<BOOL:${TARNWICK_WARNINGS_AS_ERRORS}>:-Werror>)
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    # g++ 12 sees overlapping copies in the standard library's own "literal" + std::string when it optimises.
+    target_compile_options(tarnwick_options INTERFACE -Wno-restrict)
+  endif()
 endif()
 
 if(WIN32)

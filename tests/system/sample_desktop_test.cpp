@@ -2,7 +2,8 @@
 // with the launch URL that belong to that way, and no game stands twice.
 #include "desktop/description.h"
 #include "desktop/wide_text.h"
-#include "foundation/windows_api.h"
+
+#include "support/library.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -87,24 +88,19 @@ std::string SampleText() {
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-template <class Function>
-Function Export(HMODULE library, const char* name) {
-  return reinterpret_cast<Function>(reinterpret_cast<void*>(GetProcAddress(library, name)));
-}
-
 class SampleDesktop : public testing::Test {
  protected:
   void SetUp() override { desktop::ApplyDescription(standing_, SampleText()); }
 
   nlohmann::json Scan() {
-    const auto scan = Export<int (*)(const char*, char*, int)>(library_, "IA_RunMultiPlatformGameScanJson");
     std::string buffer(16u << 20, '\0');
-    const int length = scan(kCatalogue.c_str(), buffer.data(), static_cast<int>(buffer.size()));
+    const int length = library_.IA_RunMultiPlatformGameScanJson(kCatalogue.c_str(), buffer.data(),
+                                                                static_cast<int>(buffer.size()));
     return nlohmann::json::parse(buffer.substr(0, static_cast<size_t>(length)));
   }
 
   desktop::Desktop standing_;
-  HMODULE library_ = LoadLibraryA(TARNWICK_DLL);
+  const tests::Library library_{TARNWICK_DLL};
 };
 
 std::vector<Game> Games(const nlohmann::json& scan) {
@@ -145,11 +141,9 @@ TEST_F(SampleDesktop, LeavesNothingToFindOnceRemoved) {
 }
 
 TEST_F(SampleDesktop, ListsTheOrdinaryApplications) {
-  const auto refresh = Export<int32_t (*)()>(library_, "IA_RefreshCache");
-  const auto list = Export<int32_t (*)(const wchar_t*, char*, int32_t)>(library_, "IA_GetAppsJsonAll");
-  EXPECT_GT(refresh(), 0);
+  EXPECT_GT(library_.IA_RefreshCache(), 0);
   std::string buffer(16u << 20, '\0');
-  list(nullptr, buffer.data(), static_cast<int32_t>(buffer.size()));
+  library_.IA_GetAppsJsonAll(nullptr, buffer.data(), static_cast<int32_t>(buffer.size()));
   buffer.resize(buffer.find('\0'));
   for (const char* name : {"Fernpad Editor", "Sprocket Archiver", "Harbour Mail — Почта", "Paintbox Mini"})
     EXPECT_THAT(buffer, testing::HasSubstr(name));

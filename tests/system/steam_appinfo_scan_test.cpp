@@ -1,7 +1,7 @@
 // What a spoilt app cache does to a whole scan: it costs its own strategy, and nothing else.
 #include "desktop/desktop.h"
-#include "foundation/windows_api.h"
 #include "support/debug_capture.h"
+#include "support/library.h"
 #include "support/steam_bytes.h"
 
 #include <gmock/gmock.h>
@@ -24,29 +24,11 @@ const std::string kAppInfo = kSteam + R"(\appcache\appinfo.vdf)";
 const std::string kCatalogue = kRoot + R"(\games.xml)";
 const std::string kUninstall = R"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall\)";
 
-// The built library, as a host loads it.
-class Library {
- public:
-  Library() : module_(LoadLibraryA(TARNWICK_DLL)) {}
-  ~Library() {
-    if (module_ != nullptr) FreeLibrary(module_);
-  }
-  Library(const Library&) = delete;
-  Library& operator=(const Library&) = delete;
-
-  std::string Scan() const {
-    using Export = int(const char*, char*, int);
-    auto* scan = reinterpret_cast<Export*>(
-        reinterpret_cast<void*>(GetProcAddress(module_, "IA_RunMultiPlatformGameScanJson")));
-    if (scan == nullptr) return "no such export";
-    std::string buffer(1 << 20, '\0');
-    scan(kCatalogue.c_str(), buffer.data(), static_cast<int>(buffer.size()));
-    return buffer.c_str();
-  }
-
- private:
-  HMODULE module_;
-};
+std::string Scan(const tests::Library& library) {
+  std::string buffer(1 << 20, '\0');
+  library.IA_RunMultiPlatformGameScanJson(kCatalogue.c_str(), buffer.data(), static_cast<int>(buffer.size()));
+  return buffer.c_str();
+}
 
 // One game that the games scan finds in Steam's library, and that the AppInfo scan is told of too.
 struct World {
@@ -76,10 +58,10 @@ TEST(SteamAppInfoScanSystem, EndlessNestingCostsItsOwnStrategyAlone) {
   std::string nested;
   for (int i = 0; i < 200'000; ++i) nested += std::string("\0s\0", 3);
   world.d.File(kAppInfo, bytes.File(bytes.Record(400, nested)));
-  const Library library;
+  const tests::Library library(TARNWICK_DLL);
   for (int round = 0; round < 3; ++round) {
     const tests::DebugCapture log;
-    ExpectTheGame(library.Scan());
+    ExpectTheGame(Scan(library));
     EXPECT_THAT(log.Raw(),
                 Contains("[Tarnwick] CRITICAL SEH ERROR in Strategy [Steam AppInfo Scan]: 0xC00000FD\n"));
     EXPECT_THAT(log.Lines(), Contains("Strategy [Steam AppInfo Scan] finished. Found: 0"));
@@ -91,10 +73,10 @@ TEST(SteamAppInfoScanSystem, AHostileStringCountCostsNeitherTimeNorTheScan) {
   World world;
   for (const uint32_t count : {0xFFFFFFFFu, 100'000'000u}) {
     world.d.File(kAppInfo, Le32(41) + Le32(0) + tests::Le64(20) + Le32(0) + Le32(count) + "text");
-    const Library library;
+    const tests::Library library(TARNWICK_DLL);
     const tests::DebugCapture log;
     const ULONGLONG start = GetTickCount64();
-    ExpectTheGame(library.Scan());
+    ExpectTheGame(Scan(library));
     EXPECT_LT(GetTickCount64() - start, 30'000u);
     EXPECT_THAT(log.Lines(), Contains("[SteamAppInfo] Scan completed! Found 0 games."));
     EXPECT_THAT(log.Lines(), Not(Contains(HasSubstr("SEH"))));
