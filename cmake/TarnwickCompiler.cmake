@@ -11,6 +11,10 @@ else()
     # g++ 12 sees overlapping copies in the standard library's own "literal" + std::string when it optimises.
     target_compile_options(tarnwick_options INTERFACE -Wno-restrict)
   endif()
+  if(MINGW AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    # Windows' headers read the thread's block through a segment register at offset 0, which g++ takes for a null pointer.
+    target_compile_options(tarnwick_options INTERFACE --param=min-pagesize=0)
+  endif()
 endif()
 
 if(WIN32)
