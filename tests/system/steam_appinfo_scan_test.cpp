@@ -1,5 +1,6 @@
 // What a spoilt app cache does to a whole scan: it costs its own strategy, and nothing else.
 #include "desktop/desktop.h"
+#include "foundation/windows_api.h"
 #include "support/debug_capture.h"
 #include "support/library.h"
 #include "support/steam_bytes.h"

@@ -7,6 +7,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstring>
+
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -43,7 +45,11 @@ std::string Value(const std::string& key, const std::string& name, REGSAM view =
   if (RegQueryValueExW(opened.Get(), Wide(name).c_str(), nullptr, &type, reinterpret_cast<BYTE*>(text),
                        &size) != 0)
     return "none";
-  if (type == REG_DWORD) return std::to_string(*reinterpret_cast<const DWORD*>(text));
+  if (type == REG_DWORD) {
+    DWORD number = 0;
+    std::memcpy(&number, text, sizeof number);
+    return std::to_string(number);
+  }
   return Narrow(text);
 }
 
