@@ -75,6 +75,11 @@ bool DirectoryExists(const std::string& path) {
 
 bool PathExists(const std::string& path) { return Attributes(path) != INVALID_FILE_ATTRIBUTES; }
 
+std::string FirstExistingFile(const std::vector<std::string>& paths) {
+  const auto found = std::find_if(paths.begin(), paths.end(), FileExists);
+  return found == paths.end() ? std::string() : *found;
+}
+
 bool ExistsOrThrow(const std::string& path) { return StatusOrThrow(path) != INVALID_FILE_ATTRIBUTES; }
 
 bool IsDirectoryOrThrow(const std::string& path) {

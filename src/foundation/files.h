@@ -9,6 +9,7 @@
 #include <fstream>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace tarnwick {
 
@@ -19,6 +20,9 @@ std::string PathToUtf8(const std::filesystem::path& path);
 bool FileExists(const std::string& path);
 bool DirectoryExists(const std::string& path);
 bool PathExists(const std::string& path);
+
+// The first of these paths that is an existing file, empty if none is.
+std::string FirstExistingFile(const std::vector<std::string>& paths);
 
 // The same questions by the rules of std::filesystem: links are followed, and an error other than "not found"
 // throws std::filesystem::filesystem_error.

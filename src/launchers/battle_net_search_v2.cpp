@@ -69,8 +69,7 @@ std::string FindByCatalogue(const std::string& installPath, const GameSignature&
   if (const std::string exe = GetDefaultExe(signature); !exe.empty()) {
     candidates.push_back(CombinePath(installPath, exe));
   }
-  const auto found = std::find_if(candidates.begin(), candidates.end(), FileExists);
-  return found == candidates.end() ? std::string() : *found;
+  return FirstExistingFile(candidates);
 }
 
 std::string FindByLog(const BattleNetGameEntry& entry) {

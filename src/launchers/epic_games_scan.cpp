@@ -18,11 +18,6 @@ namespace {
 
 const std::string kPrefix = "[Epic]";
 
-std::string FirstExisting(const std::vector<std::string>& candidates) {
-  const auto found = std::find_if(candidates.begin(), candidates.end(), FileExists);
-  return found == candidates.end() ? std::string() : *found;
-}
-
 // The two parts of a path at its last separator; all of it is the name if it has none.
 std::string NamePart(const std::string& path) { return path.substr(path.find_last_of("\\/") + 1); }
 std::string FolderPart(const std::string& path) { return path.substr(0, path.find_last_of("\\/")); }
@@ -54,20 +49,20 @@ std::string FindByCatalogue(const std::string& installLocation, const GameSignat
   if (signature.DefaultExe.empty()) return {};
   if (!signature.DefaultFolderExe.empty() &&
       BeginsWithFolderName(installLocation, signature.DefaultFolderExe)) {
-    return FirstExisting(CandidatesBesideFolder(installLocation, signature));
+    return FirstExistingFile(CandidatesBesideFolder(installLocation, signature));
   }
   std::vector<std::string> candidates;
   for (const std::string* exe : {&signature.DefaultExe, &signature.DefaultExe32, &signature.DefaultExe64}) {
     if (!exe->empty()) candidates.push_back(CombinePath(installLocation, *exe));
   }
-  return FirstExisting(candidates);
+  return FirstExistingFile(candidates);
 }
 
 std::string FindByManifest(const std::string& installLocation, const std::string& launchExecutable) {
   if (launchExecutable.empty()) return {};
   const bool absolute = launchExecutable.find(':') != std::string::npos || launchExecutable.front() == '\\' ||
                         launchExecutable.front() == '/';
-  return FirstExisting({absolute ? launchExecutable : CombinePath(installLocation, launchExecutable)});
+  return FirstExistingFile({absolute ? launchExecutable : CombinePath(installLocation, launchExecutable)});
 }
 
 std::vector<std::string> ListGameExes(const std::string& folder, bool recursive) {

@@ -7,8 +7,6 @@
 #include "matching/registry.h"
 #include "matching/signatures.h"
 
-#include <algorithm>
-
 namespace tarnwick {
 namespace {
 
@@ -67,8 +65,7 @@ std::string ResolveUninstallExe(const std::string& folder, const GameSignature& 
   std::vector<std::string> candidates = FragmentCandidates(folder, signature);
   for (const std::string& candidate : DefaultFolderCandidates(folder, signature))
     candidates.push_back(candidate);
-  const auto found = std::find_if(candidates.begin(), candidates.end(), FileExists);
-  return found == candidates.end() ? std::string() : *found;
+  return FirstExistingFile(candidates);
 }
 
 ScanResults ScanUninstallSearch(const GameList& games) {

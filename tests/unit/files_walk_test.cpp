@@ -64,6 +64,15 @@ TEST(FilesStatus, TellsFoldersFilesAndNothingApart) {
   }
 }
 
+TEST(FilesStatus, PicksTheFirstFileThatExists) {
+  desktop::Desktop desktop;
+  desktop.File(kRoot + "\\a");
+  desktop.File(kRoot + "\\b");
+  EXPECT_EQ(FirstExistingFile({"", kRoot + "\\no", kRoot, kRoot + "\\b", kRoot + "\\a"}), kRoot + "\\b");
+  EXPECT_EQ(FirstExistingFile({kRoot}), "");
+  EXPECT_EQ(FirstExistingFile({}), "");
+}
+
 TEST(FilesStatus, AnyOtherErrorThrows) {
   EXPECT_THROW(ExistsOrThrow(tests::kUnaskablePath), std::filesystem::filesystem_error);
   EXPECT_THROW(IsDirectoryOrThrow(tests::kUnaskablePath), std::filesystem::filesystem_error);
