@@ -3,8 +3,9 @@
 
 namespace tarnwick {
 
-// Enters the multithreaded apartment, or the single-threaded one where the thread already is in that mode. Leaves it
-// only if entering succeeded; a refusal is ignored, since the caller's own apartment serves as well.
+// Enters the multithreaded apartment, or the single-threaded one where the thread already is in that mode.
+// Leaves it only if entering succeeded; a refusal is ignored, since the caller's own apartment serves as
+// well.
 class ComScope {
  public:
   ComScope();

@@ -16,7 +16,8 @@ namespace tarnwick {
 std::filesystem::path PathFromUtf8(const std::string& path);
 std::string PathToUtf8(const std::filesystem::path& path);
 
-// GetFileAttributesW: an existing file that is not a folder; an existing folder; either. False for an empty path.
+// GetFileAttributesW: an existing file that is not a folder; an existing folder; either. False for an empty
+// path.
 bool FileExists(const std::string& path);
 bool DirectoryExists(const std::string& path);
 bool PathExists(const std::string& path);

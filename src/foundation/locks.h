@@ -5,7 +5,8 @@
 
 namespace tarnwick {
 
-// Recursive, as critical sections are. Set up by static initialisation, so it exists before any export can run.
+// Recursive, as critical sections are. Set up by static initialisation, so it exists before any export can
+// run.
 class CriticalSection {
  public:
   CriticalSection() { InitializeCriticalSection(&section_); }

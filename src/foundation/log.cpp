@@ -15,8 +15,8 @@ void LogLine(const std::string& text) {
   GetLocalTime(&now);
   wchar_t line[kLineUnits];
   // A line that doesn't fit leaves the buffer full and unterminated: the last unit is then the terminator's.
-  _snwprintf(line, kLineUnits - 1, L"[Tarnwick] [%04d-%02d-%02d %02d:%02d:%02d.%03d] %ls\n", now.wYear, now.wMonth,
-             now.wDay, now.wHour, now.wMinute, now.wSecond, now.wMilliseconds, wide.c_str());
+  _snwprintf(line, kLineUnits - 1, L"[Tarnwick] [%04d-%02d-%02d %02d:%02d:%02d.%03d] %ls\n", now.wYear,
+             now.wMonth, now.wDay, now.wHour, now.wMinute, now.wSecond, now.wMilliseconds, wide.c_str());
   line[kLineUnits - 1] = L'\0';
   OutputDebugStringW(line);
 }

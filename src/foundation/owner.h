@@ -1,6 +1,6 @@
 #pragma once
-// Owners: a value that a close function must end, and the sentinel that means "none". The failure value is in the
-// type, so no function body holds a bare close call.
+// Owners: a value that a close function must end, and the sentinel that means "none". The failure value is in
+// the type, so no function body holds a bare close call.
 
 #include "foundation/windows_api.h"
 

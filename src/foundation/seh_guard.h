@@ -1,6 +1,7 @@
 #pragma once
-// The structured-exception guard: runs a function and survives access violations, stack overflows and whatever else
-// is raised in it. With MSVC it is __try/__except; with g++, which has none, a small assembly frame.
+// The structured-exception guard: runs a function and survives access violations, stack overflows and
+// whatever else is raised in it. With MSVC it is __try/__except; with g++, which has none, a small assembly
+// frame.
 
 #include <cstdint>
 #include <memory>
@@ -11,12 +12,12 @@ namespace tarnwick {
 // What a language exception counts as, whichever compiler threw it: MSVC's own code.
 inline constexpr uint32_t kLanguageExceptionCode = 0xE06D7363;
 
-// Calls function(context) and returns 0, or the code of the structured exception that ended it. `function` must not
-// let a language exception out. What a structured exception skips stays skipped: no destructor runs.
+// Calls function(context) and returns 0, or the code of the structured exception that ended it. `function`
+// must not let a language exception out. What a structured exception skips stays skipped: no destructor runs.
 uint32_t CallGuarded(void (*function)(void*), void* context);
 
-// Runs `body` under the guard. Returns 0, the structured exception's code, or kLanguageExceptionCode for a language
-// exception, whose frames are unwound as usual.
+// Runs `body` under the guard. Returns 0, the structured exception's code, or kLanguageExceptionCode for a
+// language exception, whose frames are unwound as usual.
 template <class Body>
 uint32_t RunGuarded(Body&& body) {
   struct Call {

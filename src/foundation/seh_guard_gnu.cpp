@@ -1,5 +1,5 @@
-// Edge: the guard for g++ on x64. One frame in assembly carries an exception handler; the handler unwinds the stack
-// to a label behind the guarded call and hands over the exception's code in the return register.
+// Edge: the guard for g++ on x64. One frame in assembly carries an exception handler; the handler unwinds the
+// stack to a label behind the guarded call and hands over the exception's code in the return register.
 #include "foundation/seh_guard.h"
 
 #include "foundation/windows_api.h"
@@ -23,15 +23,15 @@ EXCEPTION_DISPOSITION TarnwickGuardHandler(EXCEPTION_RECORD* record, void* frame
     return ExceptionContinueSearch;
   }
   const ULONG_PTR code = record->ExceptionCode;
-  RtlUnwindEx(frame, reinterpret_cast<void*>(&TarnwickGuardLanding), record, reinterpret_cast<void*>(code), context,
-              dispatcher->HistoryTable);
+  RtlUnwindEx(frame, reinterpret_cast<void*>(&TarnwickGuardLanding), record, reinterpret_cast<void*>(code),
+              context, dispatcher->HistoryTable);
   return ExceptionContinueSearch;  // not reached: the unwind goes to the landing label
 }
 
 }  // extern "C"
 
-// 40 bytes: the callee's home space and the alignment of the stack. RtlUnwindEx restores the stack pointer and the
-// preserved registers of this frame, and puts the code into eax.
+// 40 bytes: the callee's home space and the alignment of the stack. RtlUnwindEx restores the stack pointer
+// and the preserved registers of this frame, and puts the code into eax.
 asm(R"(
   .text
   .p2align 4

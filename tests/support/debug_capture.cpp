@@ -16,7 +16,8 @@ void* g_handler = nullptr;
 
 LONG CALLBACK OnException(EXCEPTION_POINTERS* pointers) {
   const EXCEPTION_RECORD& record = *pointers->ExceptionRecord;
-  if (record.ExceptionCode != DBG_PRINTEXCEPTION_C || record.NumberParameters < 2) return EXCEPTION_CONTINUE_SEARCH;
+  if (record.ExceptionCode != DBG_PRINTEXCEPTION_C || record.NumberParameters < 2)
+    return EXCEPTION_CONTINUE_SEARCH;
   const auto length = static_cast<size_t>(record.ExceptionInformation[0]);
   const char* text = reinterpret_cast<const char*>(record.ExceptionInformation[1]);
   std::lock_guard lock(g_mutex);

@@ -17,7 +17,8 @@ class DebugCapture {
   // Each call's text, exactly as it was sent; wide calls arrive in the ANSI code page.
   std::vector<std::string> Raw() const;
 
-  // The texts without "[Tarnwick] ", the timestamp and the trailing line feed: what LogLine and LogStream were given.
+  // The texts without "[Tarnwick] ", the timestamp and the trailing line feed: what LogLine and LogStream
+  // were given.
   std::vector<std::string> Lines() const;
 
   // Those of Lines() that begin with `prefix`.

@@ -1,6 +1,6 @@
 #pragma once
-// The worked examples of docs/formats: a page's hex dump, as the bytes that a reader can be given, so that the pages
-// can't drift from the code.
+// The worked examples of docs/formats: a page's hex dump, as the bytes that a reader can be given, so that
+// the pages can't drift from the code.
 
 #include <fstream>
 #include <sstream>
@@ -9,9 +9,9 @@
 
 namespace tarnwick::tests {
 
-// The bytes of the `number`-th fenced block of kind `hex` on docs/formats/<page>.md, counted from 0. Its lines look like
-// "00000010  28 44 56 07 01 00 00 00  75 6e 69 76 65 72 73 65  |(DV.....universe|": offset, bytes, and a column for
-// people behind the bar.
+// The bytes of the `number`-th fenced block of kind `hex` on docs/formats/<page>.md, counted from 0. Its
+// lines look like "00000010  28 44 56 07 01 00 00 00  75 6e 69 76 65 72 73 65  |(DV.....universe|": offset,
+// bytes, and a column for people behind the bar.
 inline std::string HexExample(const std::string& page, int number = 0) {
   const std::string path = std::string(TARNWICK_SOURCE_DIR) + "/docs/formats/" + page + ".md";
   std::ifstream file(path);

@@ -7,12 +7,14 @@
 #include <cstdlib>
 
 int main(int argc, char** argv) {
-  // These tests write the registry and drive C: where launchers look, so they only run on a machine that says it
-  // may be spoilt.
+  // These tests write the registry and drive C: where launchers look, so they only run on a machine that says
+  // it may be spoilt.
   const char* throwaway = std::getenv("TARNWICK_THROWAWAY_MACHINE");
   if (throwaway == nullptr || std::string(throwaway) != "1") {
-    std::fputs("These tests change the registry and drive C:. Set TARNWICK_THROWAWAY_MACHINE=1 on a machine that may be spoilt.\n",
-               stderr);
+    std::fputs(
+        "These tests change the registry and drive C:. Set TARNWICK_THROWAWAY_MACHINE=1 on a machine that "
+        "may be spoilt.\n",
+        stderr);
     return 2;
   }
   SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);

@@ -1,4 +1,5 @@
-// Stands in for the debug output where there is no Windows: the readers' log lines are gathered for their tests.
+// Stands in for the debug output where there is no Windows: the readers' log lines are gathered for their
+// tests.
 #include "support/native_log.h"
 
 #include "foundation/log.h"
