@@ -42,7 +42,9 @@ fresh_wine() {
   rm -rf "$WINEPREFIX"
   trap end_wine EXIT
   start_display
-  if ! { wineboot -i && winecfg -v win10 && wineserver -p; } >build/wine.log 2>&1 ||
+  mkdir -p "$WINEPREFIX"
+  # The server stays between programs, so that each needn't start it anew.
+  if ! { wineserver -p && wineboot -i && winecfg -v win10; } >build/wine.log 2>&1 ||
     [ ! -d "$WINEPREFIX/drive_c/windows" ]; then
     cat build/wine.log >&2
     fail "Wine could not set up its prefix $WINEPREFIX"
