@@ -38,10 +38,20 @@ bool IsFree(CriticalSection& lock) {
 class ExportCalls : public testing::Test {
  protected:
   ExportCalls() {
+    LeaveComOfEarlierTests();
     g_appCache.assign(2, AppRecord());
     lastFree = {};
   }
   ~ExportCalls() override { g_appCache.clear(); }
+
+  // A structured exception in an earlier test may have left this thread in an apartment, as it is meant to.
+  static void LeaveComOfEarlierTests() {
+    for (HRESULT answer; (answer = CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)) != S_OK;) {
+      if (answer == S_FALSE) CoUninitialize();
+      CoUninitialize();
+    }
+    CoUninitialize();
+  }
 
   static QueryAnswer SeeLocks() {
     lastFree = {IsFree(g_apiLock), IsFree(g_cacheLock)};
