@@ -32,6 +32,9 @@ union Immortal {
 
 std::atomic<TarnwickFocusCallback> g_focusCallback = nullptr;  // relaxed throughout: a plain store and load
 std::atomic<bool> g_focusRunning = false;
+// False while a new thread is on its way into g_focusThread: a stop from within its first callback must find
+// it there.
+std::atomic<bool> g_focusHandedOver = true;
 Immortal<std::thread> g_focusThread;
 Immortal<ModuleReference> g_focusModule;  // keeps the thread's code mapped, whatever the host unloads
 
@@ -79,6 +82,12 @@ void JoinWatch() {
 // True if a watch that was stopped from within its callback is the calling thread: it may go on then.
 bool OnStoppedWatch() { return g_focusThread.object.get_id() == std::this_thread::get_id(); }
 
+// Sets the flag at the end of the scope, also where the thread could not be started.
+struct HandOver {
+  HandOver() { g_focusHandedOver = false; }
+  ~HandOver() { g_focusHandedOver = true; }
+};
+
 void StartThrowing(int32_t interval, const FocusCalls& calls) {
   constexpr int32_t kShortest = 50;
   constexpr int32_t kUsual = 200;
@@ -88,6 +97,7 @@ void StartThrowing(int32_t interval, const FocusCalls& calls) {
   if (g_focusThread.object.joinable() && !OnStoppedWatch()) JoinWatch();
   if (g_focusRunning.exchange(true) || g_focusThread.object.joinable()) return;
   ModuleReference module = ThisModule();
+  const HandOver handOver;
   g_focusThread.object = calls.startThread(interval < kShortest ? kUsual : interval, calls);
   g_focusModule.object = std::move(module);
 }
@@ -121,6 +131,7 @@ void StopWatch() {
 }
 
 void PollForeground(int32_t interval, const FocusCalls& calls) {
+  while (!g_focusHandedOver.load()) SwitchToThread();
   const ComScope com;
   uint32_t lastPid = 0;
   while (g_focusRunning.load()) {
