@@ -8,6 +8,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <objbase.h>
+#include <shellapi.h>
 #include <thread>
 
 namespace tarnwick {
@@ -175,11 +176,6 @@ TEST_F(IconSources, IcoCountsAnywhereInThePath) {
 
 TEST_F(IconSources, AMissingIcoFileAsksNobody) { EXPECT_THAT(AskedFor(L"C:\\none.ico", 0), ElementsAre()); }
 
-TEST_F(IconSources, WithoutThePrivateCallTheShellIsNext) {
-  // The call itself answers empty where user32 has none.
-  EXPECT_EQ(AskedFor(L"C:\\none.exe", 0, "list").back(), "list");
-}
-
 // --- Real files. ---
 
 class Icons : public testing::Test {
@@ -227,8 +223,8 @@ TEST_F(Icons, PathsInOtherLanguagesAndLongOnesWork) {
   d.Executable(kRoot + folder + "\\" + std::string(60, 'e') + ".exe", Coloured(kRed));
   const std::wstring path = kWideRoot + std::wstring(200, L'f') + L"\\" + std::wstring(60, L'e') + L".exe";
   ASSERT_GT(path.size(), 295u);
-  // Whether the system opens such a path is its own affair; nothing may break.
-  LoadIconFromFile(path, 0);
+  // Whether a path of that length can be opened depends on the system's settings.
+  EXPECT_THAT(ColourOf(LoadIconFromFile(path, 0)), testing::AnyOf(kRed, kNoIcon));
   EXPECT_EQ(ParseIconReference(path + L",0").path, path);
 }
 
@@ -261,11 +257,14 @@ TEST_F(Icons, SpoiltExecutablesDoNoHarm) {
   }
 }
 
-TEST_F(Icons, TheStockIconIsTheSystemsOrNone) {
-  const Icon icon = LoadStockApplicationIcon();
-  if (icon) {
-    EXPECT_NE(ColourOf(icon), kNoIcon);
-  }
+TEST_F(Icons, TheStockIconIsWhatTheSystemHas) {
+  SHSTOCKICONINFO info = {};
+  info.cbSize = sizeof info;
+  const bool has =
+      SUCCEEDED(SHGetStockIconInfo(SIID_APPLICATION, SHGSI_ICON, &info)) && info.hIcon != nullptr;
+  const Icon own(info.hIcon);
+  EXPECT_EQ(static_cast<bool>(LoadStockApplicationIcon()), has);
+  EXPECT_EQ(ColourOf(LoadStockApplicationIcon()), ColourOf(own));
 }
 
 // --- Mending. ---
