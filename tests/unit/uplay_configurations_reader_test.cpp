@@ -116,7 +116,7 @@ TEST(UplayConfigurationsReader, OnlyAPairOfQuotesIsRemoved) {
 }
 
 TEST(UplayConfigurationsReader, AValueKeepsItsTrailingBlanksAndColons) {
-  EXPECT_EQ(ReadName("name:Wren: Part 2  \n"), "Wren: Part 2  ");
+  EXPECT_EQ(ReadName("name:Wren: Book 2  \n"), "Wren: Book 2  ");
   EXPECT_EQ(ReadName("name: \t Wren\n"), "Wren");
   EXPECT_EQ(ReadName("name: \"Wren\" \n"), "\"Wren\" ") << "the quote is not at the end";
   EXPECT_EQ(ReadName("name: Игра 游戏 é™\n"), "Игра 游戏 é™");
