@@ -13,10 +13,10 @@ namespace tarnwick {
 namespace {
 
 constexpr int64_t kLargest = int64_t{50} << 20;
-constexpr int64_t kSmallest = kLargest >> 4;
 
 void Sizes(benchmark::internal::Benchmark* bench) {
-  bench->RangeMultiplier(2)->Range(kSmallest, kLargest)->Unit(benchmark::kMillisecond)->Complexity();
+  for (int64_t size = kLargest >> 4; size <= kLargest; size *= 2) bench->Arg(size);
+  bench->Unit(benchmark::kMillisecond)->Complexity(benchmark::oN);
 }
 
 void Report(benchmark::State& state) {
@@ -43,7 +43,7 @@ void Entitlements(benchmark::State& state, const std::string& pattern) {
 
 void Fulfillment(benchmark::State& state, const std::string& pattern) {
   const std::string text =
-      "{\"FulfillmentData\":{" + tests::Repeated(pattern, static_cast<size_t>(state.range(0)));
+      "{\"FulfillmentData\":{" + tests::Repeated(pattern, static_cast<size_t>(state.range(0))) + "}";
   for (auto _ : state) benchmark::DoNotOptimize(ParseFulfillmentData(text));
   Report(state);
 }
@@ -55,8 +55,8 @@ BENCHMARK_CAPTURE(Entitlements, one_product, std::string(R"({"ProductId":"9A","P
     ->Apply(Sizes);
 BENCHMARK_CAPTURE(Entitlements, other_objects, std::string("{},"))->Apply(Sizes);
 BENCHMARK_CAPTURE(Entitlements, open_braces, std::string("{"))->Apply(Sizes);
-BENCHMARK_CAPTURE(Entitlements, quotes, std::string("\""))->Apply(Sizes);
-BENCHMARK_CAPTURE(Fulfillment, keys, std::string("\"ProductId\","))->Apply(Sizes);
+BENCHMARK_CAPTURE(Entitlements, unnamed_texts, std::string("{\"\"}"))->Apply(Sizes);
+BENCHMARK_CAPTURE(Fulfillment, other_keys, std::string("\"SkuId\":\"0010\","))->Apply(Sizes);
 
 }  // namespace
 }  // namespace tarnwick
