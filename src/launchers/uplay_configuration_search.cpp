@@ -85,8 +85,9 @@ ScanResults ScanUplayConfigurations() {
 
 std::vector<UplayConfigRecord> ParseUplayConfigurations(const std::string& path) {
   constexpr std::streamoff kTooLarge = 0x80000000;
-  // Kept: the file is opened as text, so on Windows its first byte 0x1A ends it.
-  std::ifstream file = OpenTextFile(path);
+  // As bytes: each record is framed with the byte 0x1A, which ends a file that Windows opens as text. The
+  // reader takes the carriage returns off itself.
+  std::ifstream file = OpenBinaryFile(path);
   if (!file) return {};
   if (file.seekg(0, std::ios::end).tellg() >= kTooLarge) throw std::bad_alloc();
   file.seekg(0);
