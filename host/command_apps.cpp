@@ -10,6 +10,7 @@
 #include "host/library_call.h"
 #include "host/log_capture.h"
 #include "host/presentation.h"
+#include "host/tables.h"
 #include "host/text_table.h"
 #include "tarnwick/tarnwick.h"
 

@@ -8,6 +8,7 @@
 #include "host/log_capture.h"
 #include "host/presentation.h"
 #include "host/progress.h"
+#include "host/tables.h"
 #include "tarnwick/tarnwick.h"
 
 namespace tarnwick::host {

@@ -12,22 +12,68 @@
 namespace tarnwick::host {
 namespace {
 
-const std::map<std::string, Format> kTableOrJson = {{"table", Format::kTable}, {"json", Format::kJson}};
-const std::map<std::string, Format> kAnyFormat = {
-    {"table", Format::kTable}, {"json", Format::kJson}, {"html", Format::kHtml}};
+using FormatNames = std::map<std::string, Format>;
 
-void AddFormat(CLI::App& command, Options& options, const std::map<std::string, Format>& formats) {
-  const bool html = formats.count("html") > 0;
+const FormatNames kTableOrJson = {{"table", Format::kTable}, {"json", Format::kJson}};
+const FormatNames kListFormats = {
+    {"table", Format::kTable}, {"json", Format::kJson}, {"ndjson", Format::kNdjson}, {"csv", Format::kCsv}};
+const FormatNames kAnyFormat = {{"table", Format::kTable},
+                                {"json", Format::kJson},
+                                {"ndjson", Format::kNdjson},
+                                {"csv", Format::kCsv},
+                                {"html", Format::kHtml}};
+
+std::string FormatHelp(const FormatNames& formats) {
+  std::string help = "table (default) or json";
+  if (formats.count("csv") > 0) help = "table (default), json, ndjson (one object a line) or csv";
+  if (formats.count("html") > 0)
+    help = "table (default), json, ndjson, csv, or html: one self-contained page";
+  return help;
+}
+
+std::vector<std::string> NamesOf(const FormatNames& formats) {
+  std::vector<std::string> names;
+  for (const auto& [name, format] : formats) names.push_back(name);
+  return names;
+}
+
+// A whole number from `least` on, refused with a text that names no other limit.
+CLI::Validator AtLeast(int32_t least) {
+  return CLI::Validator(
+      [least](std::string& text) {
+        int32_t number = 0;
+        if (!CLI::detail::lexical_cast(text, number)) return "must be a whole number: " + text;
+        return number >= least ? std::string() : "must be " + std::to_string(least) + " or more";
+      },
+      "");
+}
+
+void AddFormat(CLI::App& command, Options& options, const FormatNames& formats) {
   command
       .add_option_function<std::string>(
           "--format", [&options, &formats](const std::string& name) { options.format = formats.at(name); },
-          html ? "table (default), json, or html: one self-contained page" : "table (default) or json")
-      ->check(CLI::IsMember(&formats, CLI::ignore_case));
+          FormatHelp(formats))
+      // As a transformation the check leaves the name in the spelling of the table, whatever case was typed.
+      ->transform(CLI::IsMember(NamesOf(formats), CLI::ignore_case));
+}
+
+void AddLog(CLI::App& command, Options& options) {
+  command.add_flag("--log", options.log, "Show the library's log on the standard error");
+  command.add_option("--log-file", options.logFile, "Write the library's log to this file");
 }
 
 void AddOutput(CLI::App& command, Options& options) {
   command.add_option("-o,--output", options.output, "Write to this file instead of the standard output");
-  command.add_flag("--log", options.log, "Show the library's log on the standard error");
+  AddLog(command, options);
+}
+
+void AddIcons(CLI::App& command, Options& options, bool page) {
+  command.add_flag("--no-icons", options.noIcons, "Leave the icons out");
+  if (!page) return;
+  command
+      .add_option("--icon-size", options.iconSize,
+                  "Icons of a page, in pixels from 16 to 256 (" + std::to_string(kDefaultIconSize) + ")")
+      ->check(CLI::Range(16, 256));
 }
 
 void AddScan(CLI::App& app, Options& options) {
@@ -37,6 +83,7 @@ void AddScan(CLI::App& app, Options& options) {
       "The catalogue file; without it MasterGameList_decrypted.xml or MasterGameList.xml in the current "
       "folder is used");
   AddFormat(*scan, options, kAnyFormat);
+  AddIcons(*scan, options, true);
   AddOutput(*scan, options);
 }
 
@@ -44,11 +91,13 @@ void AddApps(CLI::App& app, Options& options) {
   CLI::App* apps = app.add_subcommand("apps", "List the installed applications");
   apps->add_option("--filter", options.filter, "Only those with this text in their name or publisher");
   CLI::Option* page = apps->add_option("--page", options.page, "Which page, from 1");
-  CLI::Option* size = apps->add_option("--page-size", options.pageSize, "Applications on a page");
-  page->check(CLI::PositiveNumber);
-  size->check(CLI::PositiveNumber);
+  CLI::Option* size = apps->add_option("--page-size", options.pageSize, "Applications on a page (20)");
+  page->check(AtLeast(1));
+  size->check(AtLeast(1));
   apps->add_flag("--all", options.all, "All of them at once")->excludes(page)->excludes(size);
+  apps->callback([&options, page, size] { options.pageAsked = page->count() + size->count() > 0; });
   AddFormat(*apps, options, kAnyFormat);
+  AddIcons(*apps, options, true);
   AddOutput(*apps, options);
 }
 
@@ -57,12 +106,14 @@ void AddLookups(CLI::App& app, Options& options) {
   find->add_option("REQUEST", options.input,
                    "A JSON file: an array of objects with name, exeName and exePath")
       ->required();
-  AddFormat(*find, options, kTableOrJson);
+  AddFormat(*find, options, kListFormats);
+  AddIcons(*find, options, false);
   AddOutput(*find, options);
 
   CLI::App* details = app.add_subcommand("details", "Name, icon and path of one executable");
   details->add_option("PATH", options.input, "The executable")->required();
   AddFormat(*details, options, kTableOrJson);
+  AddIcons(*details, options, false);
   AddOutput(*details, options);
 }
 
@@ -70,10 +121,9 @@ void AddWatch(CLI::App& app, Options& options) {
   CLI::App* watch =
       app.add_subcommand("watch", "Print the foreground process each time it changes, until Ctrl+C");
   watch->add_option("--interval", options.intervalMs, "Milliseconds between looks; below 50 means 200");
-  watch->add_option("--for", options.durationMs, "End after this many milliseconds")
-      ->check(CLI::PositiveNumber);
+  watch->add_option("--for", options.durationMs, "End after this many milliseconds")->check(AtLeast(1));
   AddFormat(*watch, options, kTableOrJson);
-  watch->add_flag("--log", options.log, "Show the library's log on the standard error");
+  AddLog(*watch, options);
 }
 
 void AddCatalogue(CLI::App& app, Options& options) {
@@ -93,11 +143,76 @@ std::string ChosenCommand(const CLI::App& app) {
                                            : chosen->get_subcommands().front()->get_name();
 }
 
+// How many letters must be put in, taken out, changed or swapped with their neighbour to make one text of
+// the other.
+size_t EditDistance(const std::string& from, const std::string& to) {
+  std::vector<std::vector<size_t>> cost(from.size() + 1, std::vector<size_t>(to.size() + 1));
+  for (size_t i = 0; i <= from.size(); ++i) {
+    for (size_t j = 0; j <= to.size(); ++j) {
+      if (i == 0 || j == 0) {
+        cost[i][j] = i + j;
+        continue;
+      }
+      cost[i][j] = std::min(
+          {cost[i - 1][j] + 1, cost[i][j - 1] + 1, cost[i - 1][j - 1] + (from[i - 1] == to[j - 1] ? 0 : 1)});
+      if (i > 1 && j > 1 && from[i - 1] == to[j - 2] && from[i - 2] == to[j - 1])
+        cost[i][j] = std::min(cost[i][j], cost[i - 2][j - 2] + 1);
+    }
+  }
+  return cost[from.size()][to.size()];
+}
+
+// The subcommand that was probably meant, or an empty text.
+std::string NearestCommand(const CLI::App& app, const std::string& typed) {
+  constexpr size_t kMostEdits = 2;
+  std::string nearest;
+  size_t least = kMostEdits + 1;
+  for (const CLI::App* command : app.get_subcommands({})) {
+    const size_t distance = EditDistance(typed, command->get_name());
+    // A short word is near to anything.
+    if (distance >= least || distance >= typed.size()) continue;
+    least = distance;
+    nearest = command->get_name();
+  }
+  return nearest;
+}
+
+// "unknown command 'scna'; did you mean 'scan'?", if the arguments begin with a word that is no command.
+std::string UnknownCommand(const CLI::App& app, const std::vector<std::string>& arguments) {
+  const CLI::App* level = &app;
+  for (const std::string& word : arguments) {
+    if (level->get_subcommands({}).empty() || word.starts_with("-")) return {};
+    const std::vector<const CLI::App*> same =
+        level->get_subcommands([&](const CLI::App* command) { return command->get_name() == word; });
+    if (same.empty()) {
+      const std::string nearest = NearestCommand(*level, word);
+      return "unknown command '" + word + "'" + (nearest.empty() ? "" : "; did you mean '" + nearest + "'?");
+    }
+    level = same.front();
+  }
+  return {};
+}
+
+// Prints what the parser has to say and returns the exit code: 0 where help or the version was asked for.
+int ExplainParseError(const CLI::App& app, const std::vector<std::string>& arguments,
+                      const CLI::ParseError& error) {
+  std::ostringstream out;
+  std::ostringstream err;
+  const bool asked = app.exit(error, out, err) == 0;
+  const std::string unknown = asked ? std::string() : UnknownCommand(app, arguments);
+  WriteStandardOutput(out.str());
+  WriteStandardError(unknown.empty() ? err.str()
+                                     : "tarnwick: " + unknown + "\nRun with --help for more information.\n");
+  return asked ? kExitSuccess : kExitUsage;
+}
+
 }  // namespace
 
 bool ParseOptions(const std::vector<std::string>& arguments, Options& options, int& exitCode) {
   CLI::App app("Tarnwick: what is installed on this desktop, and what is in the foreground.", "tarnwick");
   app.set_version_flag("--version", "tarnwick " TARNWICK_VERSION);
+  // An argument that begins with a slash is a path, as it is under Wine and in many a shell on Windows.
+  app.allow_windows_style_options(false);
   app.require_subcommand(1);
   AddScan(app, options);
   AddApps(app, options);
@@ -110,11 +225,7 @@ bool ParseOptions(const std::vector<std::string>& arguments, Options& options, i
     options.command = ChosenCommand(app);
     return true;
   } catch (const CLI::ParseError& error) {
-    std::ostringstream out;
-    std::ostringstream err;
-    exitCode = app.exit(error, out, err) == 0 ? kExitSuccess : kExitUsage;
-    WriteStandardOutput(out.str());
-    WriteStandardError(err.str());
+    exitCode = ExplainParseError(app, arguments, error);
     return false;
   }
 }

@@ -7,17 +7,24 @@
 
 namespace tarnwick::host {
 
-enum class Format { kTable, kJson, kHtml };
+enum class Format { kTable, kJson, kNdjson, kCsv, kHtml };
+
+// Icons of a page, in CSS pixels: on screen, and the most that is stored of each.
+inline constexpr int32_t kDefaultIconSize = 56;
 
 struct Options {
   std::string command;  // "scan", "apps", "find", "details", "watch", "encipher" or "decipher"
   Format format = Format::kTable;
-  std::string output;  // a file's path; empty for the standard output
-  bool log = false;    // the library's log goes to the standard error
+  std::string output;   // a file's path; empty for the standard output
+  bool log = false;     // the library's log goes to the standard error
+  std::string logFile;  // the log goes to this file too; empty for none
+  bool noIcons = false;
+  int32_t iconSize = kDefaultIconSize;
 
   std::string catalogue;  // scan: empty lets the library look in the current folder
   std::string filter;     // apps
   int32_t page = 1;
+  bool pageAsked = false;  // --page or --page-size was given
   int32_t pageSize = 20;
   bool all = false;
   std::string input;  // find: the request file; details: the executable; encipher, decipher: the file to read

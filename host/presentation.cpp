@@ -1,12 +1,8 @@
 #include "host/presentation.h"
 
-#include <fmt/format.h>
-
 #include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <utility>
-
-#include "host/text_table.h"
 
 namespace tarnwick::host {
 namespace {
@@ -51,10 +47,6 @@ json ParseArray(const std::string& text) {
   return array;
 }
 
-std::string Shown(const std::string& text, const char* otherwise = "-") {
-  return text.empty() ? otherwise : text;
-}
-
 }  // namespace
 
 std::string LauncherName(const std::string& launchUrl, const std::string& strategy) {
@@ -90,27 +82,6 @@ std::vector<Application> ApplicationsFromJson(const std::string& text) {
                             item.value("icon", "")});
   }
   return applications;
-}
-
-std::string GamesTable(const std::vector<Game>& games, const ScanReport& report) {
-  if (games.empty()) return "No games found.\n";
-  std::vector<Row> rows;
-  for (const Game& game : games) {
-    rows.push_back({Shown(game.name, "(no name)"), game.launcher, Shown(game.strategy), Shown(game.path)});
-  }
-  return FormatTable({"NAME", "LAUNCHER", "FOUND BY", "EXECUTABLE"}, rows) +
-         fmt::format("\n{} games ({} in the catalogue).\n", games.size(), report.gamesInCatalogue);
-}
-
-std::string ApplicationsTable(const std::vector<Application>& applications) {
-  if (applications.empty()) return "No applications found.\n";
-  std::vector<Row> rows;
-  for (const Application& application : applications) {
-    rows.push_back({application.name, Shown(application.version), Shown(application.publisher),
-                    Shown(application.path)});
-  }
-  return FormatTable({"NAME", "VERSION", "PUBLISHER", "EXECUTABLE"}, rows) +
-         fmt::format("\n{} applications.\n", applications.size());
 }
 
 }  // namespace tarnwick::host

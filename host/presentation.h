@@ -34,7 +34,4 @@ std::vector<Application> ApplicationsFromJson(const std::string& json);
 // By the launch URI's scheme, else by the strategy.
 std::string LauncherName(const std::string& launchUrl, const std::string& strategy);
 
-std::string GamesTable(const std::vector<Game>& games, const ScanReport& report);
-std::string ApplicationsTable(const std::vector<Application>& applications);
-
 }  // namespace tarnwick::host

@@ -2,6 +2,8 @@
 // The worked examples of docs/formats: a page's hex dump, as the bytes that a reader can be given, so that
 // the pages can't drift from the code.
 
+#include "support/source_folder.h"
+
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -13,7 +15,7 @@ namespace tarnwick::tests {
 // lines look like "00000010  28 44 56 07 01 00 00 00  75 6e 69 76 65 72 73 65  |(DV.....universe|": offset,
 // bytes, and a column for people behind the bar.
 inline std::string HexExample(const std::string& page, int number = 0) {
-  const std::string path = std::string(TARNWICK_SOURCE_DIR) + "/docs/formats/" + page + ".md";
+  const std::string path = SourceFolder() + "/docs/formats/" + page + ".md";
   std::ifstream file(path);
   if (!file) throw std::runtime_error("can't open " + path);
   std::string bytes;

@@ -4,6 +4,7 @@
 #include "desktop/wide_text.h"
 
 #include "support/library.h"
+#include "support/source_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -83,7 +84,7 @@ const std::vector<Game> kExpected = {
 
 std::string SampleText() {
   std::ifstream stream(
-      std::filesystem::path(desktop::Wide(TARNWICK_SOURCE_DIR "/desktop/samples/sample-desktop.json")),
+      std::filesystem::path(desktop::Wide(tests::SourceFolder() + "/desktop/samples/sample-desktop.json")),
       std::ios::binary);
   return {std::istreambuf_iterator<char>(stream), {}};
 }

@@ -3,6 +3,7 @@
 #include "desktop/journal.h"
 #include "desktop/wide_text.h"
 #include "foundation/windows_api.h"
+#include "support/source_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -16,7 +17,7 @@ namespace {
 
 std::string SampleText() {
   std::ifstream stream(
-      std::filesystem::path(Wide(TARNWICK_SOURCE_DIR "/desktop/samples/sample-desktop.json")),
+      std::filesystem::path(Wide(tests::SourceFolder() + "/desktop/samples/sample-desktop.json")),
       std::ios::binary);
   return {std::istreambuf_iterator<char>(stream), {}};
 }

@@ -1,5 +1,6 @@
 #include "host/html_page.h"
 #include "host/presentation.h"
+#include "host/tables.h"
 #include "host/text_table.h"
 
 #include <gmock/gmock.h>

@@ -1,4 +1,6 @@
 // Dependencies point one way: a subsystem includes only headers of those that stand before it.
+#include "support/source_folder.h"
+
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -33,7 +35,7 @@ struct Include {
 std::vector<Include> Includes() {
   static const std::regex kInclude(R"rx(^\s*#\s*include\s*"([^"]*)")rx");
   std::vector<Include> includes;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(TARNWICK_SOURCE_DIR "/src")) {
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(tests::SourceFolder() + "/src")) {
     const std::filesystem::path& path = entry.path();
     if (path.extension() != ".cpp" && path.extension() != ".h") continue;
     std::ifstream file(path);
