@@ -47,6 +47,8 @@ void WriteStandardError(const std::string& text) {
   std::fflush(stderr);
 }
 
+size_t TerminalWidth() { return 0; }
+
 bool StandardErrorIsTerminal() {
   DWORD mode = 0;
   return _isatty(_fileno(stderr)) != 0 && GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;

@@ -1,6 +1,7 @@
 #pragma once
 // The program's texts, in and out: UTF-8 everywhere, whatever the console's code page was.
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,9 @@ std::vector<std::string> CommandLineArguments();
 
 void WriteStandardOutput(const std::string& text);
 void WriteStandardError(const std::string& text);
+
+// The columns of the terminal that the standard output is, or 0 where it is none.
+size_t TerminalWidth();
 
 // Is the standard error a terminal that a person looks at?
 bool StandardErrorIsTerminal();

@@ -13,7 +13,7 @@ std::string Shown(const std::string& text, const char* otherwise = "-") {
 
 }  // namespace
 
-std::string GamesTable(const std::vector<Game>& games, const ScanReport& report) {
+std::string GamesTable(const std::vector<Game>& games, const ScanReport& report, size_t) {
   if (games.empty()) return "No games found.\n";
   std::vector<Row> rows;
   for (const Game& game : games) {
@@ -23,7 +23,7 @@ std::string GamesTable(const std::vector<Game>& games, const ScanReport& report)
          fmt::format("\n{} games ({} in the catalogue).\n", games.size(), report.gamesInCatalogue);
 }
 
-std::string ApplicationsTable(const std::vector<Application>& applications) {
+std::string ApplicationsTable(const std::vector<Application>& applications, size_t) {
   if (applications.empty()) return "No applications found.\n";
   std::vector<Row> rows;
   for (const Application& application : applications) {
