@@ -67,7 +67,7 @@ int RunScanGuarded(const char* path, char* buffer, int size, const StrategyTable
   int length = 0;
   const auto scan = [&] { length = IA_RunMultiPlatformGameScanJson_Impl(path, buffer, size, table); };
   if (RunExportGuarded("IA_RunMultiPlatformGameScanJson", scan)) return length;
-  return WriteEmptyResult(kNothing, buffer, size);
+  return WriteEmptyResultGuarded(kNothing, buffer, size);
 }
 
 }  // namespace tarnwick

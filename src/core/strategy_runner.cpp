@@ -48,10 +48,11 @@ struct Level {
 void Launch(Level& level, const ScanStrategy& strategy, const GameList& pending, const ThreadStarter& start) {
   LogLine("Launching thread for strategy: " + strategy.name);
   try {
+    const auto result = std::make_shared<ThreadResult>();
+    result->strategyName = strategy.name;
     // The entry stands before the thread does: a strategy that can't be started still has its finish line.
-    level.results.push_back(std::make_shared<ThreadResult>());
-    level.results.back()->strategyName = strategy.name;
-    level.threads.push_back(start(&strategy, &pending, level.results.back()));
+    level.results.push_back(result);
+    level.threads.push_back(start(&strategy, &pending, result));
   } catch (const std::exception& error) {
     LogLine("STD EXCEPTION launching thread for " + strategy.name + ": " + error.what());
   } catch (...) {

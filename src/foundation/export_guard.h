@@ -42,4 +42,8 @@ bool RunExportGuarded(const char* exportName, Body&& body) {
   return code == 0;
 }
 
+// WriteEmptyResult behind a fault, when the caller's buffer may be the reason for it: smaller than told, or
+// no buffer at all. Where the text has no room in it, an empty text is written if that has. Logs nothing.
+int32_t WriteEmptyResultGuarded(const char* text, char* buffer, int32_t size);
+
 }  // namespace tarnwick

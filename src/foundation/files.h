@@ -52,8 +52,9 @@ void ForEachFile(const std::filesystem::path& folder, bool recursive,
 std::string ShellFolder(int csidl);
 
 // GetFullPathNameA with a buffer of 260 bytes: the full path, or the text itself where the call answers 0 or
-// has no room. The bytes pass through the ANSI call unconverted, so that every byte of a UTF-8 text comes
-// back.
+// has no room. The bytes pass through the ANSI call unconverted: ASCII comes back as it was everywhere, the
+// rest of a UTF-8 text where the code page has a character for each single byte. On double-byte code pages
+// some come back changed.
 std::string FullPath(const std::string& path);
 
 }  // namespace tarnwick

@@ -16,17 +16,16 @@ int32_t WriteResult(const std::string& text, char* buffer, int32_t size) {
 }
 
 int32_t WriteEmptyResult(const char* text, char* buffer, int32_t size) {
-  constexpr int32_t kLength = 2;
   if (buffer != nullptr && size >= 1) {
     // A bounded copy of the C library's would call its invalid-parameter handler here, which may end the
     // host.
-    if (size <= kLength) {
+    if (size <= kEmptyResultLength) {
       buffer[0] = '\0';
     } else {
-      std::memcpy(buffer, text, kLength + 1);
+      std::memcpy(buffer, text, kEmptyResultLength + 1);
     }
   }
-  return kLength;
+  return kEmptyResultLength;
 }
 
 }  // namespace tarnwick

@@ -11,6 +11,8 @@ namespace tarnwick {
 // bits.
 int32_t WriteResult(const std::string& text, char* buffer, int32_t size);
 
+inline constexpr int32_t kEmptyResultLength = 2;
+
 // The two-character texts of failures, "[]" and "{}", which are written whole or not at all: a buffer of 1 or
 // 2 bytes gets an empty text. Returns 2.
 int32_t WriteEmptyResult(const char* text, char* buffer, int32_t size);

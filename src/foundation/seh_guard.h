@@ -1,7 +1,8 @@
 #pragma once
 // The structured-exception guard: runs a function and survives access violations, stack overflows and
-// whatever else is raised in it. With MSVC it is __try/__except; with g++, which has none, a small assembly
-// frame.
+// whatever else is raised in it, of any code. That includes the debug output's two codes: a call of that
+// output takes its own exception before a guard around it is asked, so what gets here is somebody else's.
+// With MSVC it is __try/__except; with g++, which has none, a small assembly frame.
 
 #include <cstdint>
 #include <memory>

@@ -16,12 +16,7 @@ void TarnwickGuardLanding();
 EXCEPTION_DISPOSITION TarnwickGuardHandler(EXCEPTION_RECORD* record, void* frame, CONTEXT* context,
                                            DISPATCHER_CONTEXT* dispatcher) {
   constexpr DWORD kUnwinding = 0x2 | 0x4;  // EXCEPTION_UNWINDING, EXCEPTION_EXIT_UNWIND
-  constexpr DWORD kDebugPrintWide = 0x4001000A;
   if ((record->ExceptionFlags & kUnwinding) != 0) return ExceptionContinueSearch;
-  // The debug output raises these for a debugger to see and catches them itself: not failures, so not ours.
-  if (record->ExceptionCode == DBG_PRINTEXCEPTION_C || record->ExceptionCode == kDebugPrintWide) {
-    return ExceptionContinueSearch;
-  }
   const ULONG_PTR code = record->ExceptionCode;
   RtlUnwindEx(frame, reinterpret_cast<void*>(&TarnwickGuardLanding), record, reinterpret_cast<void*>(code),
               context, dispatcher->HistoryTable);

@@ -8,8 +8,6 @@
 namespace tarnwick {
 namespace {
 
-constexpr char kEmptyList[] = "[]";
-
 bool HoldsEmptyList(const char* out, int32_t outSize) {
   return out != nullptr && outSize >= static_cast<int32_t>(sizeof kEmptyList);
 }
@@ -27,7 +25,7 @@ void OpenQuery(const QueryExport& query, CallScope& call) {
 int32_t DeliverAnswer(const QueryAnswer& answer, char* out, int32_t outSize) {
   if (answer.kind == AnswerKind::kText) return WriteResult(answer.text, out, outSize);
   if (answer.kind != AnswerKind::kFailure && !HoldsEmptyList(out, outSize)) {
-    return answer.kind == AnswerKind::kNoRequest ? 0 : kEmptyListLength;
+    return answer.kind == AnswerKind::kNoRequest ? 0 : kEmptyResultLength;
   }
   return WriteEmptyResult(kEmptyList, out, outSize);
 }

@@ -14,7 +14,7 @@
 
 namespace tarnwick {
 
-inline constexpr int32_t kEmptyListLength = 2;
+inline constexpr char kEmptyList[] = "[]";
 
 // What a call has entered and leaves at its end, in reverse order.
 struct CallScope {
@@ -63,9 +63,9 @@ int32_t RunQuery(const QueryExport& query, char* out, int32_t outSize, Body&& bo
     });
   }
   if (!answered) answer = QueryAnswer();
-  int32_t result = kEmptyListLength;  // where the buffer itself is bad
-  RunExportGuarded(query.name, [&] { result = DeliverAnswer(answer, out, outSize); });
-  return result;
+  int32_t result = 0;
+  if (RunExportGuarded(query.name, [&] { result = DeliverAnswer(answer, out, outSize); })) return result;
+  return WriteEmptyResultGuarded(kEmptyList, out, outSize);  // the buffer itself is bad
 }
 
 // The implementation of IA_RefreshCache: enters both locks, rebuilds the cache by `refresh` and returns the

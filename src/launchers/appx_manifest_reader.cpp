@@ -46,8 +46,9 @@ bool IsResourceReference(std::string_view name) { return name.starts_with("ms-re
 AppxManifest ParseAppxManifest(std::string_view text) {
   // Without properties the first pair of the whole text counts.
   const std::string_view properties = Between(text, "<Properties>", "</Properties>").value_or(text);
+  // To its end and not to that of its tag, which a ">" inside a value would seem to be.
   const std::string_view application =
-      Behind(Behind(text, "<Applications>", "</Applications>"), "<Application", ">");
+      Behind(Behind(text, "<Applications>", "</Applications>"), "<Application", "</Application>");
   AppxManifest manifest;
   manifest.displayName = ShownName(properties, "DisplayName");
   manifest.publisherDisplayName = ShownName(properties, "PublisherDisplayName");

@@ -79,6 +79,12 @@ bool ReportCatalogued(const UwpPackage& package, const GameSignature& signature,
   return true;
 }
 
+// Empty where the manifest names none, or the two texts make no path.
+std::string ManifestExecutable(const UwpPackage& package, const AppxManifest& manifest) {
+  if (package.installedLocation.empty() || manifest.executable.empty()) return {};
+  return CombinePath(package.installedLocation, manifest.executable);
+}
+
 // `signature` is null for a package that the catalogue doesn't name.
 void ReportGame(const UwpPackage& package, const GameSignature* signature, ScanResults& results) {
   const AppxManifest manifest = ReadAppxManifest(package.installedLocation);
@@ -88,15 +94,15 @@ void ReportGame(const UwpPackage& package, const GameSignature* signature, ScanR
     LogStream() << kPrefix << " Skipping package (no DisplayName): " << package.packageFamilyName << "\n";
     return;
   }
-  if (package.installedLocation.empty() || manifest.executable.empty()) {
+  // Whether the file is there isn't asked: the package is launched by its family name.
+  const std::string exePath = ManifestExecutable(package, manifest);
+  if (exePath.empty()) {
     LogStream() << kPrefix
                 << " Skipping package (no installedLocation or ExePath): " << package.packageFamilyName
                 << "\n";
     return;
   }
-  // Whether the file is there isn't asked: the package is launched by its family name.
-  ScanResult result =
-      ResultOf(package, CombinePath(package.installedLocation, manifest.executable), signature);
+  ScanResult result = ResultOf(package, exePath, signature);
   result.name = name;
   ReportFound(results, kPrefix, result);
 }

@@ -19,6 +19,12 @@ const std::string kPackagesKey =
     R"(HKEY_CURRENT_USER\Software\Classes\Local Settings\Software\Microsoft\Windows\CurrentVersion\AppModel\Repository\Packages)";
 const std::string kManifestName = "AppxManifest.xml";
 
+// Runs `read`, which reads the package `name`. Where it throws, that is logged and costs this package alone.
+template <class Read>
+void PassOverFailing(const std::string& name, Read&& read) {
+  LogExceptions(kPrefix + " Error processing package " + name + ": ", read);
+}
+
 UwpPackage RegisteredPackage(const std::string& fullName) {
   const std::string key = kPackagesKey + '\\' + fullName;
   UwpPackage package;
@@ -37,7 +43,9 @@ UwpPackage RegisteredPackage(const std::string& fullName) {
 std::vector<UwpPackage> RegisteredPackages() {
   LogStream() << kPrefix << " Querying packages via Registry: " << kPackagesKey << "\n";
   std::vector<UwpPackage> packages;
-  for (const std::string& name : SubKeysOfSomeView(kPackagesKey)) packages.push_back(RegisteredPackage(name));
+  for (const std::string& name : SubKeysOfSomeView(kPackagesKey)) {
+    PassOverFailing(name, [&] { packages.push_back(RegisteredPackage(name)); });
+  }
   return packages;
 }
 
@@ -59,8 +67,7 @@ void WalkPackageFolder(std::vector<UwpPackage>& packages, const std::string& fol
     if (!entry.is_directory()) continue;
     ++scanned;
     const std::string name = PathToUtf8(entry.path().filename());
-    LogExceptions(kPrefix + " Error processing package " + name + ": ",
-                  [&] { AppendPackageOfFolder(packages, folder, name); });
+    PassOverFailing(name, [&] { AppendPackageOfFolder(packages, folder, name); });
   }
   LogStream() << kPrefix << " Scanned " << scanned << " directories in " << folder << ", found "
               << packages.size() - before << " packages with manifests.\n";

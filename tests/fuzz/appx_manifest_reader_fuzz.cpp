@@ -25,7 +25,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   Require(!tarnwick::IsResourceReference(manifest.displayName));
   Require(!tarnwick::IsResourceReference(manifest.publisherDisplayName));
   Require(manifest.displayName.find("</DisplayName>") == std::string_view::npos);
-  Require(manifest.executable.find_first_of("\">") == std::string_view::npos);
+  Require(manifest.executable.find('"') == std::string_view::npos);
   Require(manifest.version.find_first_of("\">") == std::string_view::npos);
   return 0;
 }

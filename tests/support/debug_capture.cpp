@@ -20,6 +20,8 @@ LONG CALLBACK OnException(EXCEPTION_POINTERS* pointers) {
     return EXCEPTION_CONTINUE_SEARCH;
   const auto length = static_cast<size_t>(record.ExceptionInformation[0]);
   const char* text = reinterpret_cast<const char*>(record.ExceptionInformation[1]);
+  // Anybody can raise this code, and send along what is no text.
+  if (IsBadReadPtr(text, length)) return EXCEPTION_CONTINUE_SEARCH;
   std::lock_guard lock(g_mutex);
   // The length counts the terminating zero.
   g_texts.emplace_back(text, length > 0 ? length - 1 : 0);

@@ -3,13 +3,15 @@
 // leaves.
 
 #include <cstddef>
+#include <cstdint>
 
 namespace tarnwick::tests {
 
-// For the length of a scope, every allocation of this thread of `bytes` or more throws std::bad_alloc.
+// For the length of a scope, every allocation of this thread of `bytes` or more, up to `most`, throws
+// std::bad_alloc.
 class FailingAllocation {
  public:
-  explicit FailingAllocation(size_t bytes);
+  explicit FailingAllocation(size_t bytes, size_t most = SIZE_MAX);
   ~FailingAllocation();
   FailingAllocation(const FailingAllocation&) = delete;
   FailingAllocation& operator=(const FailingAllocation&) = delete;

@@ -199,6 +199,21 @@ TEST_F(AppExports, BadPointersAreAnsweredAndLeaveNoLockBehind) {
   EXPECT_EQ(Names(other.get()).size(), 2u);
 }
 
+TEST_F(AppExports, ABufferShorterThanToldHoldsAnEmptyList) {
+  InstallThree();
+  const GuardedBuffer list(10), page(10), found(10), two(2);
+  const char* request = R"([{"exeName":"bar.exe"}])";
+  d.File(kRoot + "request.json", request);
+  EXPECT_EQ(library.IA_GetAppsJsonAll(kPublisher, list.Data(), 4096), 2);
+  EXPECT_EQ(list.Text(), "[]");
+  EXPECT_EQ(library.IA_GetAppsJson(1, 20, kPublisher, page.Data(), 4096), 2);
+  EXPECT_EQ(page.Text(), "[]");
+  EXPECT_EQ(library.IA_FindGamesJson(request, found.Data(), 4096), 2);
+  EXPECT_EQ(found.Text(), "[]");
+  EXPECT_EQ(library.IA_FindGamesByFile((kRoot + "request.json").c_str(), two.Data(), 4096), 2);
+  EXPECT_EQ(two.Text(), "");
+}
+
 TEST_F(AppExports, TheFirstQueryFillsTheCacheAndLaterOnesDoNot) {
   // The library was loaded for this test, so its cache is empty.
   Install({"TarnwickOne", "One", "C:\\none\\one.exe"});

@@ -3,6 +3,7 @@
 #include "foundation/windows_api.h"
 #include "inventory/app_cache.h"
 #include "support/debug_capture.h"
+#include "support/guarded_buffer.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -106,15 +107,20 @@ TEST_F(ExportCalls, ExceptionsAreLoggedAndAnsweredWithAnEmptyList) {
 
 TEST_F(ExportCalls, StructuredExceptionsToo) {
   const tests::DebugCapture capture;
-  const int32_t result = RunQuery(kApiQuery, buffer, 16, []() -> QueryAnswer {
-    RaiseException(0xE1234567, 0, 0, nullptr);
-    return {};
-  });
-  EXPECT_EQ(result, 2);
-  EXPECT_STREQ(buffer, "[]");
+  for (const DWORD code : {0xE1234567u, 0x40010006u, 0x4001000Au}) {
+    buffer[0] = '~';
+    const int32_t result = RunQuery(kApiQuery, buffer, 16, [code]() -> QueryAnswer {
+      RaiseException(code, 0, 0, nullptr);
+      return {};
+    });
+    EXPECT_EQ(result, 2);
+    EXPECT_STREQ(buffer, "[]");
+    ExpectAllIsFree();
+  }
   EXPECT_THAT(capture.LinesWith("CRITICAL"),
-              ElementsAre("CRITICAL SEH ERROR in IA_Some: Exception Code 0xE1234567"));
-  ExpectAllIsFree();
+              ElementsAre("CRITICAL SEH ERROR in IA_Some: Exception Code 0xE1234567",
+                          "CRITICAL SEH ERROR in IA_Some: Exception Code 0x40010006",
+                          "CRITICAL SEH ERROR in IA_Some: Exception Code 0x4001000A"));
 }
 
 TEST_F(ExportCalls, ABufferThatCantBeWrittenIsAStructuredException) {
@@ -122,6 +128,27 @@ TEST_F(ExportCalls, ABufferThatCantBeWrittenIsAStructuredException) {
   EXPECT_EQ(RunQuery(kApiQuery, reinterpret_cast<char*>(8), 100, [] { return Text("text"); }), 2);
   EXPECT_THAT(capture.LinesWith("CRITICAL"),
               ElementsAre("CRITICAL SEH ERROR in IA_Some: Exception Code 0xC0000005"));
+  ExpectAllIsFree();
+}
+
+TEST_F(ExportCalls, ABufferShorterThanToldHoldsAnEmptyListAndNoTornText) {
+  const tests::DebugCapture capture;
+  const tests::GuardedBuffer three(3), ten(10);
+  for (const tests::GuardedBuffer* shorter : {&three, &ten}) {
+    EXPECT_EQ(RunQuery(kApiQuery, shorter->Data(), 100, [] { return Text("[{\"name\":\"Foo\"}]"); }), 2);
+    EXPECT_EQ(shorter->Text(), "[]");
+    ExpectAllIsFree();
+  }
+  EXPECT_EQ(capture.LinesWith("CRITICAL"),
+            std::vector<std::string>(2, "CRITICAL SEH ERROR in IA_Some: Exception Code 0xC0000005"));
+}
+
+TEST_F(ExportCalls, ABufferWithoutRoomForTheEmptyListHurtsNobody) {
+  const tests::GuardedBuffer two(2);
+  EXPECT_EQ(RunQuery(kApiQuery, two.Data(), 100, [] { return Text("[{}]"); }), 2);
+  EXPECT_EQ(two.Text(), "");
+  EXPECT_EQ(RunQuery(kApiQuery, two.Data(), 100, []() -> QueryAnswer { throw 1; }), 2);
+  EXPECT_EQ(two.Text(), "");
   ExpectAllIsFree();
 }
 

@@ -115,11 +115,24 @@ TEST(AppxManifestReader, TakesTheExecutableOfTheFirstApplication) {
   EXPECT_EQ(Application("<Application\n  Id=\"x\"\r\n\tExecutable=\"игра.exe\"\n>").executable, "игра.exe");
 }
 
-TEST(AppxManifestReader, TakesNoExecutableOfAnotherElement) {
+TEST(AppxManifestReader, ReadsPastAnAngleBracketInsideAValue) {
+  EXPECT_EQ(Application(R"(<Application Id="a>b" Executable="a.exe"></Application>)").executable, "a.exe");
+  EXPECT_EQ(Application(R"(<Application Id="a/>b" Executable="a>b.exe"/>)").executable, "a>b.exe");
+}
+
+TEST(AppxManifestReader, SearchesTheFirstApplicationToItsEnd) {
   EXPECT_EQ(Application(R"(<Application StartPage="x.html"><Extension Executable="x.exe"/></Application>)")
                 .executable,
+            "x.exe");
+  EXPECT_EQ(Application(R"(<Application Id="A"></Application><Application Executable="b.exe"/>)").executable,
             "");
-  EXPECT_EQ(Application(R"(<Application Id="A"/><Application Executable="b.exe"/>)").executable, "");
+}
+
+TEST(AppxManifestReader, SearchesAnApplicationWithoutAnEndToTheSections) {
+  EXPECT_EQ(Application(R"(<Application Id="A"/><Application Executable="b.exe"/>)").executable, "b.exe");
+  EXPECT_EQ(ParseAppxManifest(R"(<Applications><Application Id="A"/></Applications><X Executable="x.exe"/>)")
+                .executable,
+            "");
 }
 
 TEST(AppxManifestReader, TakesNoExecutableFromOutsideTheApplications) {

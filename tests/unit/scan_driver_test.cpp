@@ -106,6 +106,21 @@ TEST_F(ScanDriver, StructuredExceptionIsLoggedAndAnsweredWithAnEmptyArrayAndKeep
   CoUninitialize();
 }
 
+TEST_F(ScanDriver, BufferShorterThanToldHoldsAnEmptyArrayOrWhatHasRoom) {
+  const tests::DebugCapture capture;
+  const GuardedBuffer ten(10), two(2);
+  for (char* buffer : {ten.Data(), two.Data(), reinterpret_cast<char*>(8)}) {
+    EXPECT_EQ(RunScanGuarded(catalogue_.c_str(), buffer, 1000, OneStrategy), 2);
+    g_apiLock.Leave();  // what the fault skipped
+    CoUninitialize();
+  }
+  EXPECT_EQ(ten.Text(), "[]");
+  EXPECT_EQ(two.Text(), "");
+  EXPECT_EQ(capture.LinesWith("CRITICAL"),
+            std::vector<std::string>(
+                3, "CRITICAL SEH ERROR in IA_RunMultiPlatformGameScanJson: Exception Code 0xC0000005"));
+}
+
 TEST_F(ScanDriver, EmptyArrayNeverOverrunsTinyBuffers) {
   for (int size = 0; size <= 4; ++size) {
     const GuardedBuffer buffer(size);

@@ -63,10 +63,32 @@ TEST(SehGuard, SurvivesAStackOverflowOnAThread) {
   EXPECT_TRUE(went_on);
 }
 
-TEST(SehGuard, LetsTheDebugOutputThrough) {
+// The debug output raises an exception and takes it itself, in front of any guard around the call.
+TEST(SehGuard, NeverHearsOfTheDebugOutput) {
   tests::DebugCapture capture;
-  EXPECT_EQ(RunGuarded([] { OutputDebugStringA("hello"); }), 0u);
-  EXPECT_EQ(capture.Raw(), std::vector<std::string>{"hello"});
+  int calls = 0;
+  EXPECT_EQ(RunGuarded([&] {
+              OutputDebugStringA("narrow");
+              ++calls;
+              OutputDebugStringW(L"wide");
+              ++calls;
+            }),
+            0u);
+  EXPECT_EQ(calls, 2);
+  EXPECT_EQ(capture.Raw(), (std::vector<std::string>{"narrow", "wide"}));
+}
+
+TEST(SehGuard, ReportsTheDebugOutputsCodesWhereSomebodyElseRaisesThem) {
+  const ULONG_PTR odd[] = {5, 8};  // a text where no memory is
+  const ULONG_PTR endless[] = {~ULONG_PTR{0}, reinterpret_cast<ULONG_PTR>("text")};
+  tests::DebugCapture capture;  // sees these codes first
+  for (const DWORD code : {0x40010006u, 0x4001000Au}) {
+    EXPECT_EQ(RunGuarded([&] { RaiseException(code, 0, 0, nullptr); }), code);
+    EXPECT_EQ(RunGuarded([&] { RaiseException(code, 0, 1, odd); }), code);
+    EXPECT_EQ(RunGuarded([&] { RaiseException(code, 0, 2, odd); }), code);
+    EXPECT_EQ(RunGuarded([&] { RaiseException(code, 0, 2, endless); }), code);
+  }
+  EXPECT_TRUE(capture.Raw().empty());
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "foundation/seh_guard.h"
 #include "foundation/windows_api.h"
 #include "support/debug_capture.h"
+#include "support/failing_allocation.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -12,6 +13,7 @@
 #include <atomic>
 #include <chrono>
 #include <mutex>
+#include <optional>
 #include <stdexcept>
 #include <system_error>
 
@@ -73,6 +75,14 @@ ScanResults Throw(const GameList&, const std::string&) { throw std::runtime_erro
 ScanResults ThrowNumber(const GameList&, const std::string&) { throw 7; }
 ScanResults Raise(const GameList&, const std::string&) {
   RaiseException(0xE0001234, 0, 0, nullptr);
+  return {Result("never")};
+}
+ScanResults RaiseDebugPrint(const GameList&, const std::string&) {
+  RaiseException(0x40010006, 0, 0, nullptr);
+  return {Result("never")};
+}
+ScanResults RaiseWideDebugPrint(const GameList&, const std::string&) {
+  RaiseException(0x4001000A, 0, 0, nullptr);
   return {Result("never")};
 }
 volatile int* g_nowhere = nullptr;
@@ -208,6 +218,8 @@ TEST_F(StrategyRunner, GuardReportsEveryKindOfFailureAsItStands) {
       {Throw, "[Tarnwick] CRITICAL SEH ERROR in Strategy [Broken]: 0xE06D7363\n"},
       {ThrowNumber, "[Tarnwick] CRITICAL SEH ERROR in Strategy [Broken]: 0xE06D7363\n"},
       {Raise, "[Tarnwick] CRITICAL SEH ERROR in Strategy [Broken]: 0xE0001234\n"},
+      {RaiseDebugPrint, "[Tarnwick] CRITICAL SEH ERROR in Strategy [Broken]: 0x40010006\n"},
+      {RaiseWideDebugPrint, "[Tarnwick] CRITICAL SEH ERROR in Strategy [Broken]: 0x4001000A\n"},
       {Fault, "[Tarnwick] CRITICAL SEH ERROR in Strategy [Broken]: 0xC0000005\n"},
   };
   for (const Failure& failure : failures) {
@@ -403,6 +415,18 @@ TEST_F(StrategyRunner, FailingStrategiesCostTheirOwnResultsOnly) {
   EXPECT_THAT(capture.Lines(), Contains("Strategy [A] finished. Found: 1"));
 }
 
+TEST_F(StrategyRunner, TheDebugOutputsOwnCodesAreFailuresLikeAnyOther) {
+  const tests::DebugCapture capture;
+  const ScanResults all = RunStrategies(
+      {}, Table({{"Narrow", 6, RaiseDebugPrint}, {"Wide", 6, RaiseWideDebugPrint}, {"A", 6, FindA}}));
+  EXPECT_THAT(Names(all), ElementsAre("A"));
+  EXPECT_THAT(capture.LinesWith("CRITICAL"),
+              UnorderedElementsAre("CRITICAL SEH ERROR in Strategy [Narrow]: 0x40010006",
+                                   "CRITICAL SEH ERROR in Strategy [Wide]: 0x4001000A"));
+  EXPECT_THAT(capture.LinesWith("Strategy [Narrow] f"), ElementsAre("Strategy [Narrow] finished. Found: 0"));
+  EXPECT_THAT(capture.LinesWith("Strategy [Wide] f"), ElementsAre("Strategy [Wide] finished. Found: 0"));
+}
+
 TEST_F(StrategyRunner, RowWithoutFunctionIsLoggedAndPassedOver) {
   const tests::DebugCapture capture;
   const ScanResults all = RunStrategies({}, Table({{"Hole", 6, nullptr}, {"A", 6, FindA}}));
@@ -433,6 +457,29 @@ TEST_F(StrategyRunner, ThreadThatCanNotBeStartedIsLoggedAndHasItsFinishLine) {
                                  "Strategy [Refused] finished. Found: 0",                        //
                                  "Strategy [Odd] finished. Found: 0",                            //
                                  "Strategy [A] finished. Found: 1"));
+}
+
+TEST_F(StrategyRunner, WithoutMemoryForItsNameAStrategyHasNoFinishLine) {
+  // Long, so that its copy is an allocation, of a size that nothing else asks for.
+  const std::string name(1000, 'n');
+  std::optional<tests::FailingAllocation> failing;
+  const auto start = [&](const ScanStrategy* strategy, const GameList* games,
+                         std::shared_ptr<ThreadResult> result) {
+    failing.reset();
+    if (strategy->name == "A") failing.emplace(name.size() + 1, name.size() + 1);
+    return StartStrategyThread(strategy, games, std::move(result));
+  };
+  const StrategyTable table = Table({{"A", 6, FindA}, {name, 6, FindB}, {"CD", 6, FindCD}});
+  const tests::DebugCapture capture;
+  EXPECT_THAT(Names(RunStrategies({}, table, start)), ElementsAre("A", "C", "D"));
+  const std::vector<std::string> lines = DriverLines(capture);
+  const std::vector<std::string> level(lines.begin() + 6, lines.end());
+  EXPECT_THAT(level, ElementsAre("Launching thread for strategy: A",                                 //
+                                 "Launching thread for strategy: " + name,                           //
+                                 "STD EXCEPTION launching thread for " + name + ": std::bad_alloc",  //
+                                 "Launching thread for strategy: CD",                                //
+                                 "Strategy [A] finished. Found: 1",                                  //
+                                 "Strategy [CD] finished. Found: 2"));
 }
 
 TEST_F(StrategyRunner, ThreadThatIsNotJoinableIsPassedOver) {

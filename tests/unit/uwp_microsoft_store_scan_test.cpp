@@ -176,6 +176,14 @@ TEST_F(MicrosoftStoreScan, SkipsAPackageWithoutAnExecutable) {
                           "[UWP] Skipping package (no installedLocation or ExePath): B_8wekyb3d8bbwe"));
 }
 
+TEST_F(MicrosoftStoreScan, SkipsAPackageWhoseExecutableMakesNoPath) {
+  Game("A", "A", "A", std::string(260, 'a') + ".exe");
+  EXPECT_THAT(Scan(), IsEmpty());
+  EXPECT_THAT(capture_.LinesWith("[UWP] Skipping"),
+              ElementsAre("[UWP] Skipping package (no installedLocation or ExePath): A_8wekyb3d8bbwe"));
+  EXPECT_THAT(capture_.LinesWith("[UWP] Found: "), IsEmpty());
+}
+
 TEST_F(MicrosoftStoreScan, ReportsAnExecutableOfTheManifestThatIsNotThere) {
   Game("A", "A", "", R"(Bin\gone.exe)");
   EXPECT_THAT(Scan(), ElementsAre(Expected("A", "A", R"(Bin\gone.exe)")));

@@ -170,6 +170,26 @@ TEST(UwpPackages, GoesOnBehindAPackageThatFails) {
                           "[UWP] Scanned 2 directories in " + kApps + ", found 1 packages with manifests."));
 }
 
+TEST(UwpPackages, GoesOnBehindARegisteredPackageThatFails) {
+  Desktop desktop;
+  desktop.File(tests::RegisterPackage(desktop, "A", "A") + R"(\AppxManifest.xml)",
+               tests::Manifest(std::string(200'000, 'a'), "a.exe"));
+  desktop.File(tests::RegisterPackage(desktop, "B", "B") + R"(\AppxManifest.xml)",
+               tests::Manifest("B", "b.exe"));
+  tests::DebugCapture capture;
+  std::vector<UwpPackage> packages;
+  {
+    tests::FailingAllocation failing(100'000);
+    packages = QueryUwpPackages();
+  }
+  EXPECT_THAT(Texts(packages), ElementsAre("B_1.0.0.0_x64__8wekyb3d8bbwe | B_8wekyb3d8bbwe | B | Studio | " +
+                                           kStoreFolder + "B"));
+  EXPECT_THAT(
+      capture.Lines(),
+      ElementsAre(kQuerying, "[UWP] Error processing package A_1.0.0.0_x64__8wekyb3d8bbwe: std::bad_alloc",
+                  "[UWP] Found 1 packages via Registry."));
+}
+
 TEST(UwpPackages, ReadsNoManifestWhereThereIsNone) {
   Desktop desktop;
   desktop.Folder(kStoreFolder + "Empty");
