@@ -1,6 +1,6 @@
-// Edge: the Windows Imaging Component reads and writes the pictures. The scaling is done here: the component's
-// own scaler is good on Windows, but Wine's knows nearest neighbour alone, and what GDI stretches loses its
-// transparency.
+// Edge: the Windows Imaging Component reads and writes the pictures. The scaling is done here: the
+// component's own scaler is good on Windows, but Wine's knows nearest neighbour alone, and what GDI stretches
+// loses its transparency.
 #include "host/icon_scaling.h"
 
 #include <windows.h>
@@ -29,10 +29,12 @@ struct Bitmap {
 std::vector<BYTE> FromBase64(const std::string& text, size_t from) {
   const DWORD length = static_cast<DWORD>(text.size() - from);
   DWORD size = 0;
-  if (!CryptStringToBinaryA(text.data() + from, length, CRYPT_STRING_BASE64, nullptr, &size, nullptr, nullptr))
+  if (!CryptStringToBinaryA(text.data() + from, length, CRYPT_STRING_BASE64, nullptr, &size, nullptr,
+                            nullptr))
     return {};
   std::vector<BYTE> bytes(size);
-  CryptStringToBinaryA(text.data() + from, length, CRYPT_STRING_BASE64, bytes.data(), &size, nullptr, nullptr);
+  CryptStringToBinaryA(text.data() + from, length, CRYPT_STRING_BASE64, bytes.data(), &size, nullptr,
+                       nullptr);
   return bytes;
 }
 
@@ -54,18 +56,20 @@ bool Decode(IWICImagingFactory* factory, std::vector<BYTE>& bytes, Bitmap& bitma
   ComPtr<IWICFormatConverter> converter;
   if (FAILED(factory->CreateStream(&stream)) ||
       FAILED(stream->InitializeFromMemory(bytes.data(), static_cast<DWORD>(bytes.size()))) ||
-      FAILED(factory->CreateDecoderFromStream(stream.Get(), nullptr, WICDecodeMetadataCacheOnDemand, &decoder)) ||
+      FAILED(factory->CreateDecoderFromStream(stream.Get(), nullptr, WICDecodeMetadataCacheOnDemand,
+                                              &decoder)) ||
       FAILED(decoder->GetFrame(0, &frame)) || FAILED(frame->GetSize(&bitmap.width, &bitmap.height)) ||
-      std::max(bitmap.width, bitmap.height) > kLongestSide || FAILED(factory->CreateFormatConverter(&converter)) ||
-      FAILED(converter->Initialize(frame.Get(), GUID_WICPixelFormat32bppBGRA, WICBitmapDitherTypeNone, nullptr, 0,
-                                   WICBitmapPaletteTypeCustom)))
+      std::max(bitmap.width, bitmap.height) > kLongestSide ||
+      FAILED(factory->CreateFormatConverter(&converter)) ||
+      FAILED(converter->Initialize(frame.Get(), GUID_WICPixelFormat32bppBGRA, WICBitmapDitherTypeNone,
+                                   nullptr, 0, WICBitmapPaletteTypeCustom)))
     return false;
   bitmap.pixels.resize(size_t{bitmap.width} * bitmap.height);
-  return SUCCEEDED(converter->CopyPixels(nullptr, bitmap.width * 4, static_cast<UINT>(bitmap.pixels.size() * 4),
+  return SUCCEEDED(converter->CopyPixels(nullptr, bitmap.width * 4,
+                                         static_cast<UINT>(bitmap.pixels.size() * 4),
                                          reinterpret_cast<BYTE*>(bitmap.pixels.data())));
 }
 
-// Encodes into `stream`, which must be empty.
 bool Encode(IWICImagingFactory* factory, Bitmap& bitmap, IStream* stream) {
   ComPtr<IWICBitmapEncoder> encoder;
   ComPtr<IWICBitmapFrameEncode> frame;
@@ -73,8 +77,10 @@ bool Encode(IWICImagingFactory* factory, Bitmap& bitmap, IStream* stream) {
   return SUCCEEDED(factory->CreateEncoder(GUID_ContainerFormatPng, nullptr, &encoder)) &&
          SUCCEEDED(encoder->Initialize(stream, WICBitmapEncoderNoCache)) &&
          SUCCEEDED(encoder->CreateNewFrame(&frame, nullptr)) && SUCCEEDED(frame->Initialize(nullptr)) &&
-         SUCCEEDED(frame->SetSize(bitmap.width, bitmap.height)) && SUCCEEDED(frame->SetPixelFormat(&format)) &&
-         SUCCEEDED(frame->WritePixels(bitmap.height, bitmap.width * 4, static_cast<UINT>(bitmap.pixels.size() * 4),
+         SUCCEEDED(frame->SetSize(bitmap.width, bitmap.height)) &&
+         SUCCEEDED(frame->SetPixelFormat(&format)) &&
+         SUCCEEDED(frame->WritePixels(bitmap.height, bitmap.width * 4,
+                                      static_cast<UINT>(bitmap.pixels.size() * 4),
                                       reinterpret_cast<BYTE*>(bitmap.pixels.data()))) &&
          SUCCEEDED(frame->Commit()) && SUCCEEDED(encoder->Commit());
 }
@@ -82,11 +88,20 @@ bool Encode(IWICImagingFactory* factory, Bitmap& bitmap, IStream* stream) {
 std::vector<BYTE> BytesOf(IStream* stream) {
   STATSTG status = {};
   ULONG count = 0;
-  if (FAILED(stream->Stat(&status, STATFLAG_NONAME)) || FAILED(stream->Seek({}, STREAM_SEEK_SET, nullptr))) return {};
+  if (FAILED(stream->Stat(&status, STATFLAG_NONAME)) || FAILED(stream->Seek({}, STREAM_SEEK_SET, nullptr)))
+    return {};
   std::vector<BYTE> bytes(static_cast<size_t>(status.cbSize.QuadPart));
   if (FAILED(stream->Read(bytes.data(), static_cast<ULONG>(bytes.size()), &count))) return {};
   bytes.resize(count);
   return bytes;
+}
+
+// Empty where that fails.
+std::vector<BYTE> PngBytes(IWICImagingFactory* factory, Bitmap& bitmap) {
+  ComPtr<IStream> stream;
+  if (FAILED(CreateStreamOnHGlobal(nullptr, TRUE, &stream)) || !Encode(factory, bitmap, stream.Get()))
+    return {};
+  return BytesOf(stream.Get());
 }
 
 // The pixels of a longer row that one of a shorter row covers, and how much of a pixel at `index`, in units
@@ -113,9 +128,10 @@ uint32_t MeanPixel(const Bitmap& from, const Span& columns, const Span& rows) {
   uint64_t opacity = 0;
   uint64_t colours[3] = {};
   for (uint32_t y = rows.first; y <= rows.last; ++y) {
+    const uint64_t rowWeight = rows.Weight(y);
     for (uint32_t x = columns.first; x <= columns.last; ++x) {
       const uint32_t pixel = from.pixels[size_t{y} * from.width + x];
-      const uint64_t weight = rows.Weight(y) * columns.Weight(x) * (pixel >> 24);
+      const uint64_t weight = rowWeight * columns.Weight(x) * (pixel >> 24);
       opacity += weight;
       for (int i = 0; i < 3; ++i) colours[i] += weight * (pixel >> (8 * i) & 0xFF);
     }
@@ -161,9 +177,8 @@ std::string IconScaler::ScaleDown(const std::string& icon, int32_t size) const {
   if (bytes.empty() || !Decode(factory_.Get(), bytes, picture)) return icon;
   if (std::max(picture.width, picture.height) <= side) return icon;
   Bitmap shrunk = Shrink(picture, side);
-  ComPtr<IStream> stream;
-  if (FAILED(CreateStreamOnHGlobal(nullptr, TRUE, &stream)) || !Encode(factory_.Get(), shrunk, stream.Get())) return icon;
-  return prefix + ToBase64(BytesOf(stream.Get()));
+  bytes = PngBytes(factory_.Get(), shrunk);
+  return bytes.empty() ? icon : prefix + ToBase64(bytes);
 }
 
 }  // namespace tarnwick::host

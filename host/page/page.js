@@ -15,11 +15,11 @@ function element(tag, className, text) {
   return made;
 }
 
-// A text that breaks behind its slashes, a drive's excepted. The breaks are elements, so that what is copied is
-// the plain text.
+// A text that breaks behind its slashes, but not within the head of a path: "C:\", "\\", "steam://". The breaks
+// are elements, so that what is copied is the plain text.
 function breakable(tag, className, text) {
   const made = element(tag, className);
-  for (const piece of text.split(/(?<=[^:][\\/])/)) made.append(piece, document.createElement("wbr"));
+  for (const piece of text.split(/(?<=[^:\\/][\\/])/)) made.append(piece, document.createElement("wbr"));
   made.lastChild?.remove();
   return made;
 }
@@ -32,8 +32,8 @@ function folded(text) {
 
 function hueOf(text) {
   let sum = 0;
-  for (const letter of text) sum = (sum * 31 + letter.codePointAt(0)) % 360;
-  return sum;
+  for (const letter of text) sum = (sum * 31 + letter.codePointAt(0)) >>> 0;
+  return sum % 360;
 }
 
 function letterTile(item) {
@@ -96,10 +96,13 @@ const bySize = (a, b) => b.item.size - a.item.size;
 const orders = data.launchers ? {Name: byName, Launcher: byGroup} : {Name: byName, Publisher: byGroup, Size: bySize};
 
 function arrange() {
-  entries.sort(byName).sort(orders[sort.value]);
   const cards = document.createDocumentFragment();
-  for (const entry of entries) cards.append(entry.card);
+  for (const entry of [...entries].sort(byName).sort(orders[sort.value])) cards.append(entry.card);
   gallery.append(cards);
+}
+
+function isOf(entry, name) {
+  return name === everyLauncher || entry.item.group === name;
 }
 
 function showCounts(found) {
@@ -109,8 +112,9 @@ function showCounts(found) {
   byId("none").textContent = all ? "Nothing matches." : `No ${data.title.toLowerCase()} found.`;
   byId("none").hidden = count > 0;
   for (const button of byId("launchers").children) {
-    const of = found.filter(entry => button.launcher === everyLauncher || entry.item.group === button.launcher);
+    const of = found.filter(entry => isOf(entry, button.launcher));
     button.lastChild.textContent = of.length;
+    button.classList.toggle("empty", of.length === 0);
     button.setAttribute("aria-pressed", button.launcher === launcher);
   }
 }
@@ -119,7 +123,7 @@ function showCounts(found) {
 function filter() {
   const words = folded(search.value).split(/\s+/).filter(Boolean);
   const found = entries.filter(entry => words.every(word => entry.text.includes(word)));
-  const visible = new Set(found.filter(entry => launcher === everyLauncher || entry.item.group === launcher));
+  const visible = new Set(found.filter(entry => isOf(entry, launcher)));
   for (const entry of entries) {
     if (entry.card.hidden === visible.has(entry)) entry.card.hidden = !entry.card.hidden;
   }
@@ -130,7 +134,10 @@ function launcherButton(name) {
   const button = element("button", "launcher");
   button.type = "button";
   button.launcher = name;
-  button.append(element("span", "", name ?? "All"), " ", element("b"));
+  const count = element("b");
+  // Room for the largest count, so that nothing moves while somebody types.
+  count.style.minWidth = `${String(entries.filter(entry => isOf(entry, name)).length).length}ch`;
+  button.append(element("span", "", name ?? "All"), " ", count);
   button.addEventListener("click", () => {
     launcher = name;
     filter();
@@ -147,7 +154,6 @@ function offerLaunchers() {
 
 function cell(className, content) {
   const made = element("td", className);
-  made.setAttribute("role", "cell");
   made.append(content);
   return made;
 }
@@ -166,7 +172,6 @@ function log(lines) {
 
 function strategyRow(strategy) {
   const row = element("tr");
-  row.setAttribute("role", "row");
   const name = cell("strategy", element("div", "title", strategy.name));
   if (strategy.lines.length) name.append(log(strategy.lines));
   row.append(cell("number level", strategy.level), name, cell("number time", `${strategy.milliseconds.toFixed(1)} ms`),

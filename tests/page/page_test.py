@@ -274,7 +274,7 @@ class Layout(Page):
                     self.assertEqual(self.script(OVERFLOWS), [])
 
     def test_paths_break_behind_slashes(self):
-        components = ["Games", "MosswickHollow", "\u9752\u74f7\u8c1c\u57ce", "Wintergreen", "bin", "x64", "mosswick.exe"]
+        components = ["Games", "MosswickHollow", "\u9752\u74f7\u8c1c\u57ce" * 2, "Wintergreen", "bin", "x64", "mosswick.exe"]
         paths = ["D:\\" + "\\".join(components[:i] + components[j:]) for i in range(6) for j in range(i, 6)]
         paths += [path.replace("\\", "/") for path in paths]
         self.open_data(page_data([game("A", path=path) for path in paths]), width=320)
@@ -284,6 +284,12 @@ class Layout(Page):
             broken += len(rows) > 1
             self.assertTrue(all(row[-1] in "\\/" and row != "D:\\" for row in rows[:-1]), rows)
         self.assertGreater(broken, len(paths) / 2)
+
+    def test_the_head_of_a_path_stays_whole(self):
+        for head in ("\\\\", "C:\\", "shell://"):
+            self.open_data(page_data([game("A", path=head + "x" * 21 + "\\a.exe")]), width=320)
+            rows = [row["text"] for row in self.script(ROWS, self.one(".path"))]
+            self.assertGreater(len(rows[0]), len(head))
 
     def test_a_folder_too_long_for_a_row_breaks_inside(self):
         self.open_data(page_data([game("A", path="C:\\Games\\" + "x" * 90 + "\\a.exe")]), width=320)
@@ -368,19 +374,20 @@ class Order(Page):
         self.assertEqual(self.names(), ["A", "B", "C", "D"])
 
     def test_applications_sort_by_publisher_and_size(self):
-        self.open_data(page_data([game("C", group="Fern", size=5), game("B", group="", size=0), game("A", group="Quay", size=70),
+        self.open_data(page_data([game("C", group="Fern", size=5), game("B", group="", size=0), game("A", group="Quay", size=5),
                                   game("D", group="Fern", size=600)], launchers=False))
         self.sort("Publisher")
         self.assertEqual(self.names(), ["C", "D", "A", "B"], "those without a publisher come last")
         self.sort("Size")
-        self.assertEqual(self.names(), ["D", "A", "C", "B"], "the largest come first")
+        self.assertEqual(self.names(), ["D", "A", "C", "B"], "the largest come first, equals by name")
 
     def test_equals_keep_their_order(self):
         paths = [f"C:\\{i}.exe" for i in (3, 1, 2, 9, 5)]
-        self.open_data(page_data([game("Same", group="GOG", path=path) for path in paths]))
-        for order in ("Launcher", "Name", "Launcher"):
+        self.open_data(page_data([game("Same", group=group, path=path) for path, group in zip(paths, "BABBA")]))
+        shown = "return [...document.querySelectorAll('.path')].map(e => e.textContent)"
+        for order, wanted in (("Launcher", [1, 4, 0, 2, 3]), ("Name", range(5)), ("Launcher", [1, 4, 0, 2, 3])):
             self.sort(order)
-            self.assertEqual([shown.text for shown in self.browser.find_elements(By.CSS_SELECTOR, ".path")], paths)
+            self.assertEqual(self.script(shown), [paths[i] for i in wanted])
 
     def test_a_search_outlives_sorting(self):
         self.open_data(page_data([game("B one"), game("A one"), game("two")]))
@@ -413,6 +420,14 @@ class Launchers(Page):
         self.assertEqual(self.launchers(), ["All 2", "GOG 1", "Installed 0", "Steam 1"])
         self.search("birch")
         self.assertEqual(self.names(), ["Birch"])
+
+    def test_no_launcher_moves_while_somebody_types(self):
+        self.open_data(page_data([game(f"Game {i}", group=f"G{i % 3}") for i in range(300)]))
+        places = "return [...document.querySelectorAll('.launcher')].map(e => Math.round(e.getBoundingClientRect().left))"
+        before = self.script(places)
+        self.search("299")
+        self.assertEqual(self.launchers(), ["All 1", "G0 0", "G1 0", "G2 1"])
+        self.assertEqual(self.script(places), before)
 
     def test_the_launchers_of_the_real_page_are_those_of_its_games(self):
         self.open(GAMES)
@@ -479,22 +494,35 @@ class Access(Page):
                         self.assertEqual([(violation["id"], [node["html"] for node in violation["nodes"]][:3])
                                           for violation in result["violations"]], [])
 
-    def test_the_keyboard_reaches_everything_in_order_and_shows_where_it_is(self):
-        self.open(GAMES)
-        wanted = self.script(
-            "return [...document.querySelectorAll('input, select, button, a, #report > summary')].map(e => e.outerHTML)")
-        reached = []
-        for _ in wanted:
+    def tab_through(self, count):
+        """What the key goes to, each with the style of its outline and whether it is in sight."""
+        for _ in range(count):
             ActionChains(self.browser).send_keys(Keys.TAB).perform()
-            html, outline, seen = self.script("""
+            yield self.script("""
                 const here = document.activeElement;
                 const rect = here.getBoundingClientRect();
                 const top = document.elementFromPoint(rect.left + rect.width / 2, rect.top + rect.height / 2);
                 return [here.outerHTML, getComputedStyle(here).outlineStyle, here.contains(top)];""")
-            reached.append(html)
-            self.assertNotEqual(outline, "none", html)
-            self.assertTrue(seen, f"hidden behind something: {html}")
-        self.assertEqual(reached, wanted)
+
+    def test_the_keyboard_reaches_everything_in_order_and_shows_where_it_is(self):
+        for width in (400, 920, 1280):
+            self.open(GAMES, width=width, height=700)
+            wanted = self.script(
+                "return [...document.querySelectorAll('input, select, button, a, #report > summary')].map(e => e.outerHTML)")
+            reached = list(self.tab_through(len(wanted)))
+            self.assertEqual([html for html, _, _ in reached], wanted)
+            self.assertEqual([html for html, outline, seen in reached if outline == "none" or not seen], [])
+
+    def test_the_header_hides_nothing_that_the_keyboard_goes_back_to(self):
+        self.open(GAMES, height=500)
+        links = self.browser.find_elements(By.CSS_SELECTOR, "a.launch")
+        self.script("arguments[0].focus()", links[-1])
+        for link in reversed(links[:-1]):
+            ActionChains(self.browser).key_down(Keys.SHIFT).send_keys(Keys.TAB).key_up(Keys.SHIFT).perform()
+            below, top = self.script("return [document.querySelector('header').getBoundingClientRect().bottom,"
+                                     "document.activeElement.getBoundingClientRect().top]")
+            self.assertEqual(self.browser.switch_to.active_element, link)
+            self.assertGreaterEqual(top, below)
 
     def test_nothing_moves(self):
         self.open(GAMES)

@@ -48,7 +48,8 @@ TEST(HostHtmlPage, SizesAreInTheUnitThatSuitsThem) {
 TEST(HostHtmlPage, ApplicationsShowVersionAndSize) {
   EXPECT_THAT(ApplicationsPage({{"Tool", "Maker", "1.2", "", "", 4096, ""}}),
               HasSubstr("\"detail\":\"1.2 \u00b7 4.0 MB\""));
-  EXPECT_THAT(ApplicationsPage({{"Tool", "Maker", "", "", "", 4096, ""}}), HasSubstr("\"detail\":\"4.0 MB\""));
+  EXPECT_THAT(ApplicationsPage({{"Tool", "Maker", "", "", "", 4096, ""}}),
+              HasSubstr("\"detail\":\"4.0 MB\""));
   EXPECT_THAT(ApplicationsPage({{"Tool", "Maker", "1.2", "", "", 0, ""}}), HasSubstr("\"detail\":\"1.2\""));
 }
 
@@ -102,8 +103,9 @@ TEST(HostIconScaling, APictureThatIsNoLargerStaysByteForByte) {
 
 TEST(HostIconScaling, TransparencyIsKeptAndLendsNoColour) {
   const ComScope com;
-  const tests::Picture picture =
-      ScaledTo56(DrawnUri(256, [](int x, int) { return x < 100 ? 0xFFCC3300u : x < 200 ? 0x800033CCu : 0u; }));
+  const tests::Picture picture = ScaledTo56(DrawnUri(256, [](int x, int) {
+    return x < 100 ? 0xFFCC3300u : x < 200 ? 0x800033CCu : 0u;
+  }));
   EXPECT_EQ(picture.pixels[0], 0xFFCC3300);
   EXPECT_EQ(picture.pixels[32], 0x800033CC);
   EXPECT_EQ(picture.pixels[43] & 0xFFFFFF, 0x0033CCu) << "half of it is over nothing";
@@ -119,9 +121,9 @@ TEST(HostIconScaling, EveryPixelCounts) {
 }
 
 TEST(HostIconScaling, WhatIsNoPictureStaysAsItIs) {
-  for (const std::string& text : {std::string(), std::string("data:image/png;base64,"),
-                                  std::string("data:image/png;base64,AAAA"), std::string("data:image/png;base64,%"),
-                                  SquareUri(256).substr(0, 120), std::string("javascript:1")})
+  for (const std::string& text :
+       {std::string(), std::string("data:image/png;base64,"), std::string("data:image/png;base64,AAAA"),
+        std::string("data:image/png;base64,%"), SquareUri(256).substr(0, 120), std::string("javascript:1")})
     EXPECT_EQ(IconScaler().ScaleDown(text, 56), text);
 }
 
