@@ -71,13 +71,13 @@ function origin(item) {
   const made = element("div", "origin");
   if (item.group) made.append(element("span", data.launchers ? "group badge" : "group", item.group));
   if (item.detail) made.append(element("span", "detail", item.detail));
-  return made;
+  return made.firstChild ? [made] : [];
 }
 
 function card(item) {
   const made = element("li", "card");
   const texts = element("div", "texts");
-  texts.append(element("h2", "name", item.name || "(no name)"), origin(item));
+  texts.append(element("h2", "name", item.name || "(no name)"), ...origin(item));
   if (item.path) texts.append(breakable("div", "path", item.path));
   texts.append(...launch(item));
   made.append(icon(item), texts);
