@@ -1,5 +1,9 @@
 #include "host/html_page.h"
 
+#include "host/icon_scaling.h"
+
+#include <fmt/format.h>
+
 #include <nlohmann/json.hpp>
 
 namespace tarnwick::host {
@@ -12,10 +16,11 @@ constexpr const char* kDataMarker = "{{DATA}}";
 // JSON that may stand inside a script element: no '<' can end the element early. Names from the registry may
 // hold anything, so bytes that are no UTF-8 are replaced, not refused.
 std::string ScriptSafe(const json& data) {
-  std::string text = data.dump(-1, ' ', false, json::error_handler_t::replace);
-  for (size_t at = text.find('<'); at != std::string::npos; at = text.find('<', at))
-    text.replace(at, 1, "\\u003c");
-  return text;
+  const std::string text = data.dump(-1, ' ', false, json::error_handler_t::replace);
+  std::string safe;
+  safe.reserve(text.size());
+  for (const char character : text) character == '<' ? safe += "\\u003c" : safe += character;
+  return safe;
 }
 
 std::string FillPage(const json& data) {
@@ -40,41 +45,69 @@ json ReportAsJson(const ScanReport& report) {
           {"unique", report.uniqueResults}};
 }
 
-std::string SizeText(uint64_t kilobytes) {
-  if (kilobytes == 0) return {};
-  if (kilobytes < 1024) return std::to_string(kilobytes) + " KB";
-  return std::to_string(kilobytes / 1024) + " MB";
+// The icons of the list, as the page stores them.
+template <class Item>
+std::vector<std::string> PageIcons(const std::vector<Item>& list, const PageOptions& options) {
+  std::vector<std::string> icons(list.size());
+  if (!options.icons) return icons;
+  const IconScaler scaler;
+  for (size_t i = 0; i < list.size(); ++i) icons[i] = scaler.ScaleDown(list[i].icon, options.iconSize);
+  return icons;
+}
+
+std::string VersionAndSize(const Application& application) {
+  const std::string size = SizeText(application.sizeKb);
+  if (application.version.empty() || size.empty()) return application.version + size;
+  return application.version + " \u00b7 " + size;
 }
 
 }  // namespace
 
-std::string GamesPage(const std::vector<Game>& games, const ScanReport& report) {
-  json items = json::array();
-  for (const Game& game : games) {
-    items.push_back({{"name", game.name},
-                     {"group", game.launcher},
-                     {"detail", game.strategy},
-                     {"path", game.path},
-                     {"icon", game.icon},
-                     {"launch", game.launchUrl}});
-  }
-  return FillPage({{"title", "Games"}, {"items", items}, {"report", ReportAsJson(report)}});
+std::string SizeText(uint64_t kilobytes) {
+  if (kilobytes == 0) return {};
+  if (kilobytes < 1024) return fmt::format("{} KB", kilobytes);
+  const double megabytes = static_cast<double>(kilobytes) / 1024;
+  // What would round to 1024.0 MB is 1.0 GB.
+  return megabytes < 1023.95 ? fmt::format("{:.1f} MB", megabytes)
+                             : fmt::format("{:.1f} GB", megabytes / 1024);
 }
 
-std::string ApplicationsPage(const std::vector<Application>& applications) {
+std::string GamesPage(const std::vector<Game>& games, const ScanReport& report, const PageOptions& options) {
+  const std::vector<std::string> icons = PageIcons(games, options);
   json items = json::array();
-  for (const Application& application : applications) {
-    std::string detail = application.version;
-    const std::string size = SizeText(application.sizeKb);
-    if (!size.empty()) detail += (detail.empty() ? "" : " \u00b7 ") + size;
-    items.push_back({{"name", application.name},
-                     {"group", application.publisher},
-                     {"detail", detail},
-                     {"path", application.path},
-                     {"icon", application.icon},
-                     {"launch", ""}});
+  for (size_t i = 0; i < games.size(); ++i) {
+    items.push_back({{"name", games[i].name},
+                     {"group", games[i].launcher},
+                     {"detail", games[i].strategy},
+                     {"path", games[i].path},
+                     {"icon", icons[i]},
+                     {"launch", games[i].launchUrl},
+                     {"size", 0}});
   }
-  return FillPage({{"title", "Applications"}, {"items", items}, {"report", nullptr}});
+  return FillPage({{"title", "Games"},
+                   {"launchers", true},
+                   {"iconSize", options.iconSize},
+                   {"items", items},
+                   {"report", ReportAsJson(report)}});
+}
+
+std::string ApplicationsPage(const std::vector<Application>& applications, const PageOptions& options) {
+  const std::vector<std::string> icons = PageIcons(applications, options);
+  json items = json::array();
+  for (size_t i = 0; i < applications.size(); ++i) {
+    items.push_back({{"name", applications[i].name},
+                     {"group", applications[i].publisher},
+                     {"detail", VersionAndSize(applications[i])},
+                     {"path", applications[i].path},
+                     {"icon", icons[i]},
+                     {"launch", ""},
+                     {"size", applications[i].sizeKb}});
+  }
+  return FillPage({{"title", "Applications"},
+                   {"launchers", false},
+                   {"iconSize", options.iconSize},
+                   {"items", items},
+                   {"report", nullptr}});
 }
 
 }  // namespace tarnwick::host

@@ -1,7 +1,8 @@
 #pragma once
-// One self-contained page: a gallery with a search box, and behind it the report of the scan. It asks for
-// nothing from outside; its data stand in it as JSON.
+// One self-contained page: a gallery to search, sort and filter, and behind it the report of the scan. It
+// asks for nothing from outside; its data stand in it as JSON.
 
+#include "host/options.h"
 #include "host/presentation.h"
 
 #include <string>
@@ -9,10 +10,19 @@
 
 namespace tarnwick::host {
 
-std::string GamesPage(const std::vector<Game>& games, const ScanReport& report);
-std::string ApplicationsPage(const std::vector<Application>& applications);
+struct PageOptions {
+  int32_t iconSize = kDefaultIconSize;  // in CSS pixels, on screen, and the most that is stored
+  bool icons = true;                    // without: tiles with the names' first letters
+};
 
-// The page's source in pieces, from host/page/page.html; they hold the marker that the data replace.
+std::string GamesPage(const std::vector<Game>& games, const ScanReport& report,
+                      const PageOptions& options = {});
+std::string ApplicationsPage(const std::vector<Application>& applications, const PageOptions& options = {});
+
+// "512 KB", "1.5 MB", "2.0 GB"; empty for a size that isn't known, 0.
+std::string SizeText(uint64_t kilobytes);
+
+// The page's source in pieces, from host/page; they hold the marker that the data replace.
 const std::vector<std::string>& PageTemplatePieces();
 
 }  // namespace tarnwick::host

@@ -1,141 +1,199 @@
 """The pages that tarnwick.exe writes, in a real browser.
 
-usage: page_test.py GAMES.html APPS.html [SCREENSHOT.png]
+usage: page_test.py GAMES.html APPS.html [AXE.min.js]
+
+The third file is axe-core's, which package.json names; without it, the environment variable TARNWICK_AXE tells where
+it is, or it lies where `npm ci` puts it for package.json copied to build/page-tools.
 """
 
 import json
+import os
 import pathlib
 import re
 import sys
-import tempfile
 import unittest
 
-from selenium import webdriver
-from selenium.webdriver.chrome.service import Service
+from selenium.webdriver.common.action_chains import ActionChains
 from selenium.webdriver.common.by import By
+from selenium.webdriver.common.keys import Keys
+from selenium.webdriver.support.select import Select
 
-GAMES = APPS = SCREENSHOT = None
+import browser as chromium
+
+GAMES = APPS = None
+AXE = os.environ.get("TARNWICK_AXE") or (
+    pathlib.Path(__file__).resolve().parents[2] / "build/page-tools/node_modules/axe-core/axe.min.js")
+
+WIDTHS = (320, 400, 768, 1280)
+LONG = "Donaudampfschifffahrtselektrizitätenhauptbetriebswerkbauunterbeamtengesellschaft"
+
+# Whether the texts and boxes inside `frame` stay within it, and those inside the page within the page; each that
+# doesn't is told. Cards out of sight have a guessed height, so all are laid out for this.
+OVERFLOWS = """
+document.head.append(Object.assign(document.createElement("style"), {textContent: ".card { content-visibility: visible }"}));
+const found = [];
+const check = (frame, what, rect) => {
+  const bounds = frame.getBoundingClientRect();
+  if (rect.width && (rect.left < bounds.left - 0.5 || rect.right > bounds.right + 0.5 || rect.bottom > bounds.bottom + 0.5))
+    found.push(`${what} ${rect.left}-${rect.right} in ${frame.className || frame.tagName} ${bounds.left}-${bounds.right}`);
+};
+for (const frame of document.querySelectorAll(".card, header, table, #notes")) {
+  for (const inner of frame.querySelectorAll("*")) {
+    if (getComputedStyle(inner).position !== "absolute" && !inner.closest("thead")) check(frame, inner.className || inner.tagName, inner.getBoundingClientRect());
+  }
+  const walker = document.createTreeWalker(frame, NodeFilter.SHOW_TEXT);
+  while (walker.nextNode()) {
+    const range = document.createRange();
+    range.selectNodeContents(walker.currentNode);
+    if (walker.currentNode.parentElement.closest("thead, select")) continue;
+    for (const rect of range.getClientRects()) check(frame, walker.currentNode.data.slice(0, 20), rect);
+  }
+}
+const page = document.scrollingElement.scrollWidth;
+if (page > innerWidth) found.push(`the page has ${page} pixels of ${innerWidth}`);
+return found;
+"""
+
+# The rows in which the browser sets the text of an element: a new one wherever a character stands lower.
+ROWS = """
+const rows = [];
+const walker = document.createTreeWalker(arguments[0], NodeFilter.SHOW_TEXT);
+let bottom = -Infinity;
+while (walker.nextNode()) {
+  for (let i = 0; i < walker.currentNode.length; ++i) {
+    const range = document.createRange();
+    range.setStart(walker.currentNode, i);
+    range.setEnd(walker.currentNode, i + 1);
+    const rect = range.getBoundingClientRect();
+    if (rect.top > bottom - 4) rows.push({text: "", left: rect.left}), bottom = rect.bottom;
+    rows.at(-1).text += walker.currentNode.data[i];
+  }
+}
+return rows;
+"""
 
 
-def start_browser():
-    options = webdriver.ChromeOptions()
-    options.binary_location = "/usr/bin/chromium"
-    for argument in (
-        "--headless=new",
-        "--no-sandbox",
-        "--disable-gpu",
-        "--disable-dev-shm-usage",
-        "--no-first-run",
-        "--disable-background-networking",
-        "--disable-component-update",
-        "--disable-sync",
-        "--window-size=1280,900",
-    ):
-        options.add_argument(argument)
-    options.set_capability("goog:loggingPrefs", {"browser": "ALL", "performance": "ALL"})
-    return webdriver.Chrome(service=Service("/usr/bin/chromedriver"), options=options)
+def game(name, **fields):
+    return {"name": name, "group": "Installed", "detail": "", "path": "", "icon": "", "launch": "", "size": 0, **fields}
+
+
+def page_data(items, **fields):
+    return {"title": "Games", "launchers": True, "iconSize": 56, "items": items, "report": None, **fields}
+
+
+def strategy(name, lines, **fields):
+    return {"name": name, "level": 1, "milliseconds": 1234567.5, "found": 3, "lines": lines, **fields}
+
+
+def report_of(*strategies, **fields):
+    return {"catalogue": 1234567, "raw": 12, "unique": 3, "strategies": list(strategies), **fields}
 
 
 class Page(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        cls.browser = start_browser()
+        cls.browser = chromium.start()
 
     @classmethod
     def tearDownClass(cls):
         cls.browser.quit()
 
-    def open(self, path):
-        self.browser.get(pathlib.Path(path).resolve().as_uri())
+    def open(self, path, **window):
+        chromium.show(self.browser, path, **window)
+
+    def open_data(self, data, **window):
+        made = chromium.page_with(GAMES, data)
+        path = made.__enter__()
+        self.addCleanup(made.__exit__, None, None, None)
+        self.open(path, **window)
 
     def data(self):
         return json.loads(self.browser.find_element(By.ID, "data").get_attribute("textContent"))
 
-    def cards(self):
-        return [card for card in self.browser.find_elements(By.CSS_SELECTOR, ".card") if card.is_displayed()]
+    def one(self, selector):
+        return self.browser.find_element(By.CSS_SELECTOR, selector)
+
+    def script(self, text, *arguments):
+        return self.browser.execute_script(text, *arguments)
 
     def search(self, text):
         box = self.browser.find_element(By.ID, "search")
         box.clear()
         box.send_keys(text or " \b")
 
-    def names(self):
-        return [card.find_element(By.CLASS_NAME, "name").text for card in self.cards()]
+    def sort(self, order):
+        Select(self.browser.find_element(By.ID, "sort")).select_by_visible_text(order)
 
+    def names(self):
+        return self.script("return [...document.querySelectorAll('.card:not([hidden]) .name')].map(e => e.textContent)")
+
+    def launchers(self):
+        return [button.accessible_name for button in self.browser.find_elements(By.CSS_SELECTOR, ".launcher")]
+
+    def choose(self, launcher):
+        next(button for button in self.browser.find_elements(By.CSS_SELECTOR, ".launcher")
+             if button.accessible_name.rsplit(" ", 1)[0] == launcher).click()
+
+    def open_report(self, logs=True):
+        self.script("document.getElementById('report').open = true")
+        if logs:
+            self.script("document.querySelectorAll('.log').forEach(log => { log.open = true; })")
+            self.browser.execute_async_script("setTimeout(arguments[0], 50)")
+
+
+class Gallery(Page):
     def test_every_game_has_a_card_with_its_launcher(self):
         self.open(GAMES)
         items = self.data()["items"]
         self.assertGreaterEqual(len(items), 12)
-        self.assertEqual(len(self.cards()), len(items))
-        self.assertEqual(self.names(), [item["name"] or "(no name)" for item in items])
-        groups = [card.find_element(By.CLASS_NAME, "group").text for card in self.cards()]
-        self.assertEqual(groups, [item["group"] for item in items])
-
-    def test_icons_are_drawn_where_there_are_any(self):
-        self.open(GAMES)
-        with_icon = [item for item in self.data()["items"] if item["icon"]]
-        widths = self.browser.execute_script(
-            "return [...document.querySelectorAll('img.icon')].map(image => image.naturalWidth)")
-        self.assertEqual(len(widths), len(with_icon))
-        self.assertTrue(widths and all(width > 0 for width in widths))
-
-    def test_a_game_with_a_launch_uri_has_a_link_to_it(self):
-        self.open(GAMES)
-        wanted = [item["launch"] for item in self.data()["items"] if item["launch"]]
-        links = [link.get_attribute("title") for link in self.browser.find_elements(By.CSS_SELECTOR, "a.launch")]
-        self.assertEqual(links, wanted)
-        self.assertTrue(wanted)
-
-    def test_the_search_box_filters(self):
-        self.open(GAMES)
-        everything = self.names()
-        first = self.data()["items"][0]["name"]
-        self.search(first)
-        self.assertIn(first, self.names())
-        self.assertLess(len(self.names()), len(everything))
-        self.assertRegex(self.browser.find_element(By.ID, "count").text, r"^\d+ of %d$" % len(everything))
-        self.search("no such game at all")
-        self.assertEqual(self.names(), [])
-        self.assertTrue(self.browser.find_element(By.ID, "none").is_displayed())
-        self.search("")
-        self.assertEqual(self.names(), everything)
-
-    def test_the_search_takes_letters_beyond_ascii_in_either_case(self):
-        self.open(GAMES)
-        name = next(item["name"] for item in self.data()["items"] if re.search("[\u0400-\u04ff]", item["name"]))
-        self.search(name.upper())
-        self.assertIn(name, self.names())
-
-    def test_the_report_lists_all_strategies_by_level(self):
-        self.open(GAMES)
-        report = self.browser.find_element(By.ID, "report")
-        self.assertTrue(report.is_displayed())
-        report.find_element(By.TAG_NAME, "summary").click()
-        rows = self.browser.find_elements(By.CSS_SELECTOR, "#strategies > tr")
-        self.assertEqual(len(rows), 23)
-        levels = [int(row.find_element(By.TAG_NAME, "td").text) for row in rows]
-        self.assertEqual(levels, sorted(levels, reverse=True))
-        self.assertTrue(all(re.search(r"[0-9.]+ ms", row.text) for row in rows))
+        shown = {(card.find_element(By.CLASS_NAME, "name").text, card.find_element(By.CLASS_NAME, "group").text)
+                 for card in self.browser.find_elements(By.CSS_SELECTOR, ".card")}
+        self.assertEqual(shown, {(item["name"] or "(no name)", item["group"]) for item in items})
+        self.assertEqual(len(self.names()), len(items))
 
     def test_the_applications_page_has_cards_and_no_report(self):
         self.open(APPS)
-        self.assertEqual(len(self.cards()), len(self.data()["items"]))
-        self.assertGreater(len(self.cards()), 0)
-        self.assertFalse(self.browser.find_element(By.ID, "report").is_displayed())
+        self.assertEqual(len(self.names()), len(self.data()["items"]))
+        self.assertGreater(len(self.names()), 0)
+        self.assertFalse(self.one("#report").is_displayed())
+        self.assertFalse(self.one("#launchers").is_displayed())
+
+    def test_a_game_with_a_launch_uri_has_a_link_to_it(self):
+        self.open(GAMES)
+        items = self.data()["items"]
+        wanted = sorted(item["launch"] for item in items if item["launch"] and not item["launch"].startswith("shell:"))
+        links = self.browser.find_elements(By.CSS_SELECTOR, "a.launch")
+        self.assertEqual(sorted(link.get_attribute("title") for link in links), wanted)
+        self.assertTrue(wanted)
+        self.assertTrue(all(link.accessible_name.startswith("Launch ") for link in links))
+
+    def test_a_launch_uri_that_browsers_hand_to_nobody_is_text(self):
+        self.open_data(page_data([game("A", launch="shell:AppsFolder\\Some.App!App")]))
+        self.assertEqual(self.browser.find_elements(By.CSS_SELECTOR, "a.launch"), [])
+        self.assertIn("shell:AppsFolder\\Some.App!App", self.one(".card").text)
+
+    def test_the_launcher_is_a_label_and_no_link(self):
+        self.open_data(page_data([game("A", group="Steam", launch="steam://run/7")]))
+        style = "const style = getComputedStyle(arguments[0]); return [style.color, style.backgroundColor, style.cursor]"
+        colour, ground, cursor = self.script(style, self.one(".group"))
+        self.assertNotEqual(colour, self.script(style, self.one("a.launch"))[0])
+        self.assertNotIn(ground, (self.script(style, self.one(".card"))[1], "rgba(0, 0, 0, 0)"))
+        self.assertNotEqual(cursor, "pointer")
 
     def test_texts_of_the_registry_never_become_markup(self):
-        page = pathlib.Path(GAMES).read_text(encoding="utf-8")
-        item = {"name": "<img src=x onerror='document.title=1'>", "group": "<b>", "detail": "</script>", "path": "<i>",
-                "icon": "javascript:1", "launch": "javascript:document.title=1"}
-        data = json.dumps({"title": "T", "items": [item], "report": None}).replace("<", "\\u003c")
-        hostile = re.sub(r'(id="data">).*?(</script>)', lambda m: m[1] + data + m[2], page, count=1, flags=re.S)
-        with tempfile.TemporaryDirectory() as folder:
-            path = pathlib.Path(folder) / "hostile.html"
-            path.write_text(hostile, encoding="utf-8")
-            self.open(path)
-            self.assertEqual(self.names(), [item["name"]])
-            self.assertEqual(self.browser.title, "T \u2013 Tarnwick")
-            self.assertEqual(self.browser.find_elements(By.CSS_SELECTOR, "a.launch, main img"), [])
+        name = "<img src=x onerror='document.title=1'>"
+        self.open_data(page_data(
+            [game(name, group="<b>", detail="</script>", path="<i>\\<b>", icon="javascript:1", launch="javascript:document.title=1")],
+            title="T", report=report_of(strategy("<u>", ["</script><img>"]), notes=["<img>"])))
+        self.open_report()
+        self.assertEqual(self.names(), [name])
+        self.assertEqual(self.browser.title, "T \u2013 Tarnwick")
+        self.assertEqual(self.browser.find_elements(By.CSS_SELECTOR, "a.launch, main img, main b, main i, main u"), [])
+
+    def test_an_empty_page_says_so(self):
+        self.open_data(page_data([], report=report_of()))
+        self.assertEqual(self.one("#none").text, "No games found.")
+        self.assertEqual(self.one("#count").text, "0 found")
 
     def test_no_script_errors_and_no_requests_to_the_outside(self):
         for path in (GAMES, APPS):
@@ -152,23 +210,362 @@ class Page(unittest.TestCase):
             self.assertTrue(urls)
             self.assertEqual([url for url in urls if not url.startswith(("file:", "data:"))], [])
 
+
+class Icons(Page):
+    def test_icons_are_drawn_where_there_are_any_and_no_larger_than_they_are_shown(self):
+        self.open(GAMES)
+        data = self.data()
+        with_icon = [item for item in data["items"] if item["icon"]]
+        widths = self.browser.execute_async_script(
+            "const images = [...document.querySelectorAll('img.icon')];"
+            "Promise.all(images.map(image => (image.loading = 'eager', image.decode())))"
+            ".then(() => arguments[0](images.map(image => image.naturalWidth)))")
+        self.assertEqual(len(widths), len(with_icon))
+        self.assertTrue(widths and all(0 < width <= data["iconSize"] for width in widths), widths)
+
+    def test_icons_wait_until_they_are_in_sight(self):
+        self.open(GAMES)
+        self.assertEqual(
+            set(map(tuple, self.script("return [...document.querySelectorAll('img.icon')]"
+                                       ".map(i => [i.loading, i.decoding, i.width, i.height])"))),
+            {("lazy", "async", 56, 56)})
+
+    def test_the_icon_size_is_the_pages(self):
+        icon = next(item["icon"] for item in chromium.data_of(GAMES)["items"] if item["icon"])
+        for size in (16, 56, 128):
+            self.open_data(page_data([game("A", icon=icon), game("B")], iconSize=size))
+            boxes = self.script("return [...document.querySelectorAll('.icon')].map(i => [i.offsetWidth, i.offsetHeight])")
+            self.assertEqual(boxes, [[size, size]] * 2)
+
+    def test_an_icon_that_is_no_picture_gives_way_to_the_names_letter(self):
+        self.open_data(page_data([game("\u00e4pfel", icon="data:image/png;base64,AAAA")]))
+        self.browser.execute_async_script("setTimeout(arguments[0], 100)")
+        self.assertEqual(self.browser.find_elements(By.CSS_SELECTOR, "img.icon"), [])
+        self.assertEqual(self.one(".letter").text, "\u00c4")
+
+
+class Layout(Page):
+    def hostile(self, size):
+        icon = next(item["icon"] for item in chromium.data_of(GAMES)["items"] if item["icon"])
+        path = "C:\\" + "\\".join([LONG, "x" * 90, "Games", "y.exe"])
+        items = [game(LONG, group=LONG, detail=LONG, path=path, icon=icon, launch="steam://run/" + "7" * 200),
+                 game("x" * 300, group="W" * 75, detail="1." * 60, path="/" * 150, launch="shell:" + "z" * 200),
+                 game("\u6e38" * 90, group="\u6e38" * 90, path="\\\\" + "\u6e38\u620f" * 60, launch="javascript:" + "1" * 200)]
+        lines = ["[" + LONG * 4 + "] Found: " + LONG + " -> " + path, "1" * 400]
+        return page_data(items, iconSize=size, report=report_of(
+            strategy(LONG, lines), strategy("s" * 200, lines, found=10**12), notes=[LONG * 3, "n" * 300]))
+
+    def test_nothing_overflows_at_any_width(self):
+        for size in (56, 256):
+            for launchers in (True, False):
+                data = {**self.hostile(size), "launchers": launchers}
+                for width in WIDTHS:
+                    with self.subTest(size=size, launchers=launchers, width=width):
+                        self.open_data(data, width=width)
+                        self.open_report()
+                        self.assertEqual(self.script(OVERFLOWS), [])
+
+    def test_the_real_pages_overflow_nowhere_either(self):
+        for path in (GAMES, APPS):
+            for width in WIDTHS:
+                with self.subTest(path=path, width=width):
+                    self.open(path, width=width)
+                    self.open_report()
+                    self.assertEqual(self.script(OVERFLOWS), [])
+
+    def test_paths_break_behind_slashes(self):
+        components = ["Games", "MosswickHollow", "\u9752\u74f7\u8c1c\u57ce" * 2, "Wintergreen", "bin", "x64", "mosswick.exe"]
+        paths = ["D:\\" + "\\".join(components[:i] + components[j:]) for i in range(6) for j in range(i, 6)]
+        paths += [path.replace("\\", "/") for path in paths]
+        self.open_data(page_data([game("A", path=path) for path in paths]), width=320)
+        broken = 0
+        for shown in self.browser.find_elements(By.CSS_SELECTOR, ".path"):
+            rows = [row["text"] for row in self.script(ROWS, shown)]
+            broken += len(rows) > 1
+            self.assertTrue(all(row[-1] in "\\/" and row != "D:\\" for row in rows[:-1]), rows)
+        self.assertGreater(broken, len(paths) / 2)
+
+    def test_the_head_of_a_path_stays_whole(self):
+        for head in ("\\\\", "C:\\", "shell://"):
+            self.open_data(page_data([game("A", path=head + "x" * 21 + "\\a.exe")]), width=320)
+            rows = [row["text"] for row in self.script(ROWS, self.one(".path"))]
+            self.assertGreater(len(rows[0]), len(head))
+
+    def test_a_folder_too_long_for_a_row_breaks_inside(self):
+        self.open_data(page_data([game("A", path="C:\\Games\\" + "x" * 90 + "\\a.exe")]), width=320)
+        rows = [row["text"] for row in self.script(ROWS, self.one(".path"))]
+        self.assertEqual(rows[0], "C:\\Games\\")
+        self.assertTrue(rows[-1].endswith("\\a.exe"))
+        self.assertGreater(len(rows), 3)
+
+    def test_a_copied_path_is_the_plain_path(self):
+        path = "C:\\Games\\Old Mill/Mysteries\\mill.exe"
+        self.open_data(page_data([game("A", path=path)]), width=320)
+        copied = self.script("getSelection().selectAllChildren(arguments[0]); return getSelection().toString()", self.one(".path"))
+        self.assertEqual(copied, path)
+
     def test_light_and_dark_have_grounds_of_their_own(self):
-        grounds = {}
+        grounds = set()
         for scheme in ("light", "dark"):
-            self.browser.execute_cdp_cmd(
-                "Emulation.setEmulatedMedia", {"features": [{"name": "prefers-color-scheme", "value": scheme}]})
-            self.open(GAMES)
-            grounds[scheme] = self.browser.execute_script("return getComputedStyle(document.body).backgroundColor")
-            if SCREENSHOT:
-                target = pathlib.Path(SCREENSHOT)
-                self.browser.save_screenshot(str(target.with_name(f"{target.stem}-{scheme}{target.suffix}")))
-        self.browser.execute_cdp_cmd("Emulation.setEmulatedMedia", {"features": []})
-        self.assertNotEqual(grounds["light"], grounds["dark"])
+            self.open(GAMES, scheme=scheme)
+            grounds.add(self.script("return getComputedStyle(document.body).backgroundColor"))
+        self.assertEqual(len(grounds), 2)
+
+
+class Search(Page):
+    def test_the_search_box_filters(self):
+        self.open(GAMES)
+        everything = self.names()
+        first = self.data()["items"][0]["name"]
+        self.search(first)
+        self.assertIn(first, self.names())
+        self.assertLess(len(self.names()), len(everything))
+        self.assertRegex(self.one("#count").text, r"^\d+ of %d$" % len(everything))
+        self.search("no such game at all")
+        self.assertEqual(self.names(), [])
+        self.assertEqual(self.one("#none").text, "Nothing matches.")
+        self.search("")
+        self.assertEqual(self.names(), everything)
+
+    def test_accents_letter_case_and_trademarks_make_no_difference(self):
+        names = ["Ch\u00e2teau\u2122 Brumaire", "Cha\u0302teau Zwei", "\u0412\u044c\u044e\u0433\u043e\u0440\u0430\u0434",
+                 "Stra\u00dfe\u00ae", "\u03a3\u03af\u03c3\u03c5\u03c6\u03bf\u03c2", "Plain"]
+        self.open_data(page_data([game(name) for name in names]))
+        for words, wanted in {
+            "chateau": names[:2], "CH\u00c2TEAU": names[:2], "brumaire ch\u00e2teau": names[:1],
+            "chateau brumaire": names[:1], "Ch\u00e2teau\u2122": names[:2], "chateau plain": [],
+            "\u0432\u044c\u044e": names[2:3], "\u0412\u042c\u042e\u0413\u041e": names[2:3], "STRASSE": names[3:4],
+            "strasse\u2122": names[3:4], "\u03c3\u03b9\u03c3": names[4:5], "\u03a3\u0399\u03a3\u03a5\u03a6\u039f\u03a3": names[4:5],
+            "\u03c3\u03b9\u03c3\u03c5\u03c6\u03bf\u03c3": names[4:5], "\u2122": names,
+        }.items():
+            with self.subTest(words=words):
+                self.search(words)
+                self.assertEqual(sorted(self.names()), sorted(wanted))
+
+    def test_publishers_versions_and_paths_are_searched_too(self):
+        self.open_data(page_data([game("A", group="Fern\u00e9", detail="3.1 \u00b7 2.0 MB"), game("B", path="C:\\Mill\\b.exe")]))
+        for words, wanted in {"ferne 3.1": ["A"], "mill": ["B"], "mill 3.1": []}.items():
+            self.search(words)
+            self.assertEqual(self.names(), wanted)
+
+    def test_escape_clears_the_search_from_anywhere(self):
+        self.open(GAMES)
+        everything = self.names()
+        self.search("steam")
+        self.assertLess(len(self.names()), len(everything))
+        self.one(".card:not([hidden]) a.launch").send_keys(Keys.ESCAPE)
+        self.assertEqual(self.names(), everything)
+        self.assertEqual(self.script("return [document.activeElement.id, document.activeElement.value]"), ["search", ""])
+
+
+class Order(Page):
+    def test_names_sort_as_people_sort_them(self):
+        names = ["Part 10", "\u00c9clair", "zebra", "Part 9", "apple", "Part 2", "Ecru", "Zoo"]
+        self.open_data(page_data([game(name) for name in names]))
+        self.assertEqual(self.names(), ["apple", "\u00c9clair", "Ecru", "Part 2", "Part 9", "Part 10", "zebra", "Zoo"])
+
+    def test_games_sort_by_launcher(self):
+        self.open_data(page_data([game("C", group="Steam"), game("B", group="GOG"), game("A", group="Steam"), game("D", group="Arc")]))
+        self.assertEqual(self.one("#sort").accessible_name, "Sort by")
+        self.assertEqual([option.text for option in Select(self.one("#sort")).options], ["Name", "Launcher"])
+        self.sort("Launcher")
+        self.assertEqual(self.names(), ["D", "B", "A", "C"])
+        self.sort("Name")
+        self.assertEqual(self.names(), ["A", "B", "C", "D"])
+
+    def test_applications_sort_by_publisher_and_size(self):
+        self.open_data(page_data([game("C", group="Fern", size=5), game("B", group="", size=0), game("A", group="Quay", size=5),
+                                  game("D", group="Fern", size=600)], launchers=False))
+        self.sort("Publisher")
+        self.assertEqual(self.names(), ["C", "D", "A", "B"], "those without a publisher come last")
+        self.sort("Size")
+        self.assertEqual(self.names(), ["D", "A", "C", "B"], "the largest come first, equals by name")
+
+    def test_equals_keep_their_order(self):
+        paths = [f"C:\\{i}.exe" for i in (3, 1, 2, 9, 5)]
+        self.open_data(page_data([game("Same", group=group, path=path) for path, group in zip(paths, "BABBA")]))
+        shown = "return [...document.querySelectorAll('.path')].map(e => e.textContent)"
+        for order, wanted in (("Launcher", [1, 4, 0, 2, 3]), ("Name", range(5)), ("Launcher", [1, 4, 0, 2, 3])):
+            self.sort(order)
+            self.assertEqual(self.script(shown), [paths[i] for i in wanted])
+
+    def test_a_search_outlives_sorting(self):
+        self.open_data(page_data([game("B one"), game("A one"), game("two")]))
+        self.search("one")
+        self.sort("Launcher")
+        self.assertEqual(self.names(), ["A one", "B one"])
+
+
+class Launchers(Page):
+    def setUp(self):
+        self.open_data(page_data([game("Apple", group="Steam"), game("Birch", group="Steam"), game("Apricot", group="GOG"),
+                                  game("Cedar")]))
+
+    def test_each_launcher_tells_how_many_games_it_has(self):
+        self.assertEqual(self.launchers(), ["All 4", "GOG 1", "Installed 1", "Steam 2"])
+
+    def test_a_launcher_shows_its_games_alone(self):
+        self.choose("Steam")
+        self.assertEqual(self.names(), ["Apple", "Birch"])
+        self.assertEqual(self.one("#count").text, "2 of 4")
+        self.assertEqual([button.accessible_name for button in self.browser.find_elements(By.CSS_SELECTOR, "[aria-pressed=true]")], ["Steam 2"])
+        self.choose("All")
+        self.assertEqual(len(self.names()), 4)
+
+    def test_the_counts_follow_the_search(self):
+        self.search("ap")
+        self.assertEqual(self.launchers(), ["All 2", "GOG 1", "Installed 0", "Steam 1"])
+        self.choose("Steam")
+        self.assertEqual(self.names(), ["Apple"])
+        self.assertEqual(self.launchers(), ["All 2", "GOG 1", "Installed 0", "Steam 1"])
+        self.search("birch")
+        self.assertEqual(self.names(), ["Birch"])
+
+    def test_no_launcher_moves_while_somebody_types(self):
+        self.open_data(page_data([game(f"Game {i}", group=f"G{i % 3}") for i in range(300)]))
+        places = "return [...document.querySelectorAll('.launcher')].map(e => Math.round(e.getBoundingClientRect().left))"
+        before = self.script(places)
+        self.search("299")
+        self.assertEqual(self.launchers(), ["All 1", "G0 0", "G1 0", "G2 1"])
+        self.assertEqual(self.script(places), before)
+
+    def test_the_launchers_of_the_real_page_are_those_of_its_games(self):
+        self.open(GAMES)
+        groups = [item["group"] for item in self.data()["items"]]
+        wanted = {f"{group} {groups.count(group)}" for group in groups} | {f"All {len(groups)}"}
+        self.assertEqual(set(self.launchers()), wanted)
+
+
+class Report(Page):
+    def test_the_report_lists_all_strategies_by_level(self):
+        self.open(GAMES)
+        report = self.one("#report")
+        self.assertTrue(report.is_displayed())
+        report.find_element(By.TAG_NAME, "summary").click()
+        rows = self.browser.find_elements(By.CSS_SELECTOR, "#strategies > tr")
+        self.assertEqual(len(rows), 23)
+        levels = [int(row.find_element(By.TAG_NAME, "td").text) for row in rows]
+        self.assertEqual(levels, sorted(levels, reverse=True))
+        self.assertTrue(all(re.search(r"[0-9.]+ ms", row.text) for row in rows))
+
+    def test_log_lines_can_be_read_on_a_narrow_screen(self):
+        lines = ["[Search] Found: Old Mill Mysteries -> C:\\Games\\Old Mill Mysteries\\mill.exe", "[Search] Done."]
+        self.open_data(page_data([], report=report_of(strategy("Some Search", lines))), width=400)
+        self.open_report()
+        shown = self.browser.find_elements(By.CSS_SELECTOR, ".log li")
+        self.assertEqual([line.text for line in shown], lines)
+        self.assertGreater(shown[0].size["width"], 300)
+        rows = self.script(ROWS, shown[0])
+        self.assertGreater(len(rows), 1)
+        self.assertTrue(all(row["left"] > rows[0]["left"] + 8 for row in rows[1:]), "further rows are indented")
+
+    def test_a_narrow_screen_stacks_the_table_and_keeps_it_one(self):
+        self.open_data(page_data([], report=report_of(strategy("Some Search", []))), width=400)
+        self.open_report()
+        cells = {name: self.one(f"td.{name}") for name in ("level", "time", "found")}
+        title = self.one(".strategy .title")
+        self.assertLess(title.location["y"], cells["level"].location["y"])
+        self.assertEqual(cells["level"].location["y"], cells["time"].location["y"])
+        self.assertEqual(title.location["y"], cells["found"].location["y"])
+        self.assertEqual([self.one(part).aria_role for part in ("table", "#strategies tr", "td.level", "thead th")],
+                         ["table", "row", "cell", "columnheader"])
+
+    def test_notes_are_shown_without_opening_the_report(self):
+        notes = ["itch.io is recognised and not read.", "Another."]
+        self.open_data(page_data([], report=report_of(notes=notes)))
+        self.assertTrue(self.one("#notes").is_displayed())
+        self.assertEqual([note.text for note in self.browser.find_elements(By.CSS_SELECTOR, "#notes li")], notes)
+        self.open_data(page_data([], report=report_of()))
+        self.assertFalse(self.one("#notes").is_displayed())
+
+
+class Access(Page):
+    def test_axe_finds_nothing_to_complain_about(self):
+        source = pathlib.Path(AXE).read_text(encoding="utf-8")
+        for path in (GAMES, APPS):
+            for scheme in ("light", "dark"):
+                for width in (400, 1280):
+                    with self.subTest(path=path, scheme=scheme, width=width):
+                        self.open(path, scheme=scheme, width=width)
+                        self.open_report()
+                        self.script(source)
+                        result = self.browser.execute_async_script("axe.run().then(arguments[0])")
+                        self.assertGreater(len(result["passes"]), 20)
+                        self.assertEqual([(violation["id"], [node["html"] for node in violation["nodes"]][:3])
+                                          for violation in result["violations"]], [])
+
+    def tab_through(self, count):
+        """What the key goes to, each with the style of its outline and whether it is in sight."""
+        for _ in range(count):
+            ActionChains(self.browser).send_keys(Keys.TAB).perform()
+            yield self.script("""
+                const here = document.activeElement;
+                const rect = here.getBoundingClientRect();
+                const top = document.elementFromPoint(rect.left + rect.width / 2, rect.top + rect.height / 2);
+                return [here.outerHTML, getComputedStyle(here).outlineStyle, here.contains(top)];""")
+
+    def test_the_keyboard_reaches_everything_in_order_and_shows_where_it_is(self):
+        for width in (400, 920, 1280):
+            self.open(GAMES, width=width, height=700)
+            wanted = self.script(
+                "return [...document.querySelectorAll('input, select, button, a, #report > summary')].map(e => e.outerHTML)")
+            reached = list(self.tab_through(len(wanted)))
+            self.assertEqual([html for html, _, _ in reached], wanted)
+            self.assertEqual([html for html, outline, seen in reached if outline == "none" or not seen], [])
+
+    def test_the_header_hides_nothing_that_the_keyboard_goes_back_to(self):
+        self.open(GAMES, height=500)
+        links = self.browser.find_elements(By.CSS_SELECTOR, "a.launch")
+        self.script("arguments[0].focus()", links[-1])
+        for link in reversed(links[:-1]):
+            ActionChains(self.browser).key_down(Keys.SHIFT).send_keys(Keys.TAB).key_up(Keys.SHIFT).perform()
+            below, top = self.script("return [document.querySelector('header').getBoundingClientRect().bottom,"
+                                     "document.activeElement.getBoundingClientRect().top]")
+            self.assertEqual(self.browser.switch_to.active_element, link)
+            self.assertGreaterEqual(top, below)
+
+    def test_nothing_moves(self):
+        self.open(GAMES)
+        self.assertEqual(self.script("""
+            return [...document.querySelectorAll("*")].map(element => getComputedStyle(element)).filter(style =>
+              style.transitionDuration !== "0s" || style.animationName !== "none" || style.scrollBehavior !== "auto").length"""), 0)
+
+
+class ManyItems(Page):
+    def setUp(self):
+        lines = [f"[Search] line {i}" for i in range(20000)]
+        items = [game(f"Game {i}", group=f"Launcher {i % 12}", path=f"C:\\Games\\{i}.exe") for i in range(2000)]
+        self.open_data(page_data(items, report=report_of(strategy("Search", lines))))
+        self.script("""
+            window.changes = [];
+            new MutationObserver(records => changes.push(...records.map(record => record.type)))
+              .observe(document.getElementById("gallery"), {subtree: true, childList: true, attributes: true});""")
+
+    def changes(self):
+        changes = self.script("return changes.splice(0)")
+        return {kind: changes.count(kind) for kind in set(changes)}
+
+    def test_a_search_touches_only_the_cards_that_come_and_go(self):
+        self.search("199")
+        self.assertEqual(self.one("#count").text, "12 of 2000")
+        self.assertLessEqual(self.changes().get("attributes", 0), 2 * 2000)
+        self.one("#search").send_keys("9")
+        self.assertEqual(self.names(), ["Game 1999"])
+        self.assertEqual(self.changes(), {"attributes": 11})
+
+    def test_sorting_moves_each_card_once(self):
+        self.sort("Launcher")
+        self.assertEqual(self.names()[:2], ["Game 0", "Game 12"])
+        self.assertLessEqual(self.changes()["childList"], 2 * 2000 + 1)
+
+    def test_what_is_out_of_sight_is_not_laid_out(self):
+        self.assertEqual(self.script("return getComputedStyle(document.querySelector('.card')).contentVisibility"), "auto")
+        self.assertEqual(self.browser.find_elements(By.CSS_SELECTOR, ".log li"), [])
 
 
 if __name__ == "__main__":
     if len(sys.argv) < 3:
         sys.exit(__doc__)
     GAMES, APPS = sys.argv[1:3]
-    SCREENSHOT = sys.argv[3] if len(sys.argv) > 3 else None
+    AXE = sys.argv[3] if len(sys.argv) > 3 else AXE
     unittest.main(argv=sys.argv[:1])
