@@ -6,6 +6,7 @@
 #include "host/html_page.h"
 #include "host/library_call.h"
 #include "host/log_capture.h"
+#include "host/log_output.h"
 #include "host/presentation.h"
 #include "host/progress.h"
 #include "host/tables.h"
@@ -23,10 +24,11 @@ Scan RunTheScan(const Options& options) {
   ScanReporter reporter;
   const bool draw = !options.log && StandardErrorIsTerminal();
   Scan scan;
+  LogOutput log(options);
   {
     const LogCapture capture([&](const LogEntry& entry) {
       reporter.Add(entry);
-      if (options.log) WriteStandardError(entry.text + "\n");
+      log.Write(entry);
       if (draw) DrawProgress(ProgressText(reporter));
     });
     const char* catalogue = options.catalogue.empty() ? nullptr : options.catalogue.c_str();
@@ -56,8 +58,10 @@ int RunScan(const Options& options) {
     return kExitSuccess;
   }
   const std::vector<Game> games = GamesFromJson(scan.json, scan.report);
-  WriteResult(options.output, options.format == Format::kHtml ? GamesPage(games, scan.report)
-                                                              : GamesTable(games, scan.report));
+  WriteResult(options.output,
+              options.format == Format::kHtml
+                  ? GamesPage(games, scan.report)
+                  : GamesTable(games, scan.report, options.output.empty() ? TerminalWidth() : 0));
   return kExitSuccess;
 }
 

@@ -3,30 +3,66 @@
 
 #include <windows.h>
 
-#include <fcntl.h>
-#include <io.h>
 #include <shellapi.h>
 
-#include <cstdio>
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <memory>
 #include <sstream>
 #include <stdexcept>
 
+#include "host/output_file.h"
+
 namespace tarnwick::host {
+namespace {
 
-ConsoleScope::ConsoleScope() : codePage_(GetConsoleOutputCP()) {
-  SetConsoleOutputCP(CP_UTF8);
-  _setmode(_fileno(stdout), _O_BINARY);
-  _setmode(_fileno(stderr), _O_BINARY);
+bool IsConsole(HANDLE handle) {
+  DWORD mode = 0;
+  return GetConsoleMode(handle, &mode) != 0;
 }
 
-ConsoleScope::~ConsoleScope() {
-  std::fflush(stdout);
-  std::fflush(stderr);
-  if (codePage_ != 0) SetConsoleOutputCP(codePage_);
+// The first of the text's bytes that one call shall write, whole characters only: a pair of surrogates that
+// comes in two calls is shown as two characters that are none.
+std::string_view FirstPiece(std::string_view text, size_t most) {
+  if (text.size() <= most) return text;
+  constexpr size_t kLongestCharacter = 4;
+  for (size_t end = most; end + kLongestCharacter > most; --end) {
+    if ((static_cast<unsigned char>(text[end]) & 0xC0) != 0x80) return text.substr(0, end);
+  }
+  return text.substr(0, most);
 }
+
+SystemError WriteToConsole(HANDLE console, std::string_view text) noexcept {
+  constexpr size_t kPiece = 4096;
+  wchar_t wide[kPiece];  // UTF-16 never has more units than UTF-8 has bytes
+  while (!text.empty()) {
+    const std::string_view piece = FirstPiece(text, kPiece);
+    const int units =
+        MultiByteToWideChar(CP_UTF8, 0, piece.data(), static_cast<int>(piece.size()), wide, kPiece);
+    for (DWORD from = 0, written = 0; from < static_cast<DWORD>(units); from += written) {
+      if (!WriteConsoleW(console, wide + from, static_cast<DWORD>(units) - from, &written, nullptr))
+        return GetLastError();
+      if (written == 0) return ERROR_WRITE_FAULT;
+    }
+    text.remove_prefix(piece.size());
+  }
+  return ERROR_SUCCESS;
+}
+
+SystemError WriteToStream(DWORD stream, std::string_view text) noexcept {
+  const HANDLE handle = GetStdHandle(stream);
+  if (handle == nullptr) return ERROR_INVALID_HANDLE;
+  return IsConsole(handle) ? WriteToConsole(handle, text) : WriteBytes(handle, text);
+}
+
+size_t WidthOf(DWORD stream) {
+  CONSOLE_SCREEN_BUFFER_INFO screen = {};
+  if (!GetConsoleScreenBufferInfo(GetStdHandle(stream), &screen)) return 0;
+  return static_cast<size_t>(std::max(screen.srWindow.Right - screen.srWindow.Left, 1));
+}
+
+}  // namespace
 
 std::vector<std::string> CommandLineArguments() {
   int count = 0;
@@ -37,32 +73,26 @@ std::vector<std::string> CommandLineArguments() {
   return arguments;
 }
 
-void WriteStandardOutput(const std::string& text) {
-  std::fwrite(text.data(), 1, text.size(), stdout);
-  std::fflush(stdout);
+void WriteStandardOutput(std::string_view text) {
+  const SystemError error = WriteToStream(STD_OUTPUT_HANDLE, text);
+  if (error != ERROR_SUCCESS)
+    throw std::runtime_error("can't write to the standard output: " + SystemErrorText(error));
 }
 
-void WriteStandardError(const std::string& text) {
-  std::fwrite(text.data(), 1, text.size(), stderr);
-  std::fflush(stderr);
-}
+void WriteStandardError(std::string_view text) noexcept { WriteToStream(STD_ERROR_HANDLE, text); }
 
-size_t TerminalWidth() { return 0; }
+size_t TerminalWidth() { return WidthOf(STD_OUTPUT_HANDLE); }
 
-bool StandardErrorIsTerminal() {
-  DWORD mode = 0;
-  return _isatty(_fileno(stderr)) != 0 && GetConsoleMode(GetStdHandle(STD_ERROR_HANDLE), &mode) != 0;
-}
+size_t ErrorTerminalWidth() { return WidthOf(STD_ERROR_HANDLE); }
+
+bool StandardErrorIsTerminal() { return IsConsole(GetStdHandle(STD_ERROR_HANDLE)); }
 
 void WriteResult(const std::string& path, const std::string& text) {
   if (path.empty()) {
     WriteStandardOutput(text);
-    return;
+  } else {
+    OutputFile(path).Write(text);
   }
-  std::ofstream file(std::filesystem::path(Widen(path)), std::ios::binary);
-  file << text;
-  file.close();
-  if (!file) throw std::runtime_error("can't write " + path);
 }
 
 std::string ReadFileBytes(const std::string& path) {

@@ -1,39 +1,36 @@
 #pragma once
-// The program's texts, in and out: UTF-8 everywhere, whatever the console's code page was.
+// The program's texts, in and out: UTF-8 everywhere, whatever the console's code page is. A console gets wide
+// text, pipes and files get the bytes as they stand; lines end in one line feed.
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace tarnwick::host {
 
-// Sets the console to UTF-8 and the streams to bytes, so that lines end in one line feed everywhere. The code
-// page that the console had comes back when the object goes.
-class ConsoleScope {
- public:
-  ConsoleScope();
-  ~ConsoleScope();
-  ConsoleScope(const ConsoleScope&) = delete;
-  ConsoleScope& operator=(const ConsoleScope&) = delete;
-
- private:
-  unsigned int codePage_;
-};
-
 // The command line without the program's name.
 std::vector<std::string> CommandLineArguments();
 
-void WriteStandardOutput(const std::string& text);
-void WriteStandardError(const std::string& text);
+// Has written all of the text when it returns. Throws std::runtime_error where any of it is lost: a full
+// disk, a reader that has gone.
+void WriteStandardOutput(std::string_view text);
 
-// The columns of the terminal that the standard output is, or 0 where it is none.
+// Takes no memory and never throws: it is called on the library's threads, and for a program's last words. A
+// text that can't be written there is lost, as there is nobody left to tell.
+void WriteStandardError(std::string_view text) noexcept;
+
+// The columns that a line may fill on the terminal that the standard output or error is, or 0 where it is
+// none: one less than the terminal has, because on some a line that fills the last column goes on to the
+// next.
 size_t TerminalWidth();
+size_t ErrorTerminalWidth();
 
 // Is the standard error a terminal that a person looks at?
 bool StandardErrorIsTerminal();
 
 // Writes to the file at `path`, or to the standard output if it is empty. Throws std::runtime_error naming
-// the file.
+// what can't be written, and why.
 void WriteResult(const std::string& path, const std::string& text);
 
 std::string ReadFileBytes(const std::string& path);  // throws std::runtime_error naming the file

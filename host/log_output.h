@@ -3,13 +3,15 @@
 
 #include "host/log_capture.h"
 #include "host/options.h"
+#include "host/output_file.h"
 
-#include <fstream>
+#include <mutex>
+#include <optional>
+#include <string>
 
 namespace tarnwick::host {
 
-// One line with its time stamp and a line feed: the library's own stamp, or for lines that carry none the
-// time at which they came.
+// One line: the entry's stamp in brackets, its text with blanks for control characters, a line feed.
 std::string StampedLine(const LogEntry& entry);
 
 class LogOutput {
@@ -17,12 +19,22 @@ class LogOutput {
   // Opens the log file, if there is to be one. Throws std::runtime_error naming it where that fails.
   explicit LogOutput(const Options& options);
 
-  // Never throws: it is called on the library's threads.
+  // Says once that the log file is incomplete, if it is.
+  ~LogOutput();
+  LogOutput(const LogOutput&) = delete;
+  LogOutput& operator=(const LogOutput&) = delete;
+
+  // Any thread may call it, and it never throws. After the first line that can't be written to the file no
+  // more are.
   void Write(const LogEntry& entry) noexcept;
 
  private:
+  void WriteToFile(const std::string& line);
+
   bool toStandardError_;
-  std::ofstream file_;
+  std::mutex mutex_;
+  std::optional<OutputFile> file_;
+  std::string failure_;
 };
 
 }  // namespace tarnwick::host

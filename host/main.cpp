@@ -1,9 +1,7 @@
 // tarnwick.exe: the library on the command line.
-#include <exception>
-#include <iterator>
-
 #include "host/commands.h"
 #include "host/console.h"
+#include "host/failure.h"
 
 namespace {
 
@@ -31,15 +29,10 @@ int RunCommand(const Options& options) {
 }  // namespace
 
 int main() {
-  const tarnwick::host::ConsoleScope console;
-  Options options;
-  int exitCode = tarnwick::host::kExitSuccess;
-  if (!tarnwick::host::ParseOptions(tarnwick::host::CommandLineArguments(), options, exitCode))
-    return exitCode;
-  try {
-    return RunCommand(options);
-  } catch (const std::exception& error) {
-    tarnwick::host::WriteStandardError(std::string("tarnwick: ") + error.what() + "\n");
-    return tarnwick::host::kExitFailure;
-  }
+  return tarnwick::host::RunReportingFailures([] {
+    Options options;
+    int exitCode = tarnwick::host::kExitSuccess;
+    const bool parsed = ParseOptions(tarnwick::host::CommandLineArguments(), options, exitCode);
+    return parsed ? RunCommand(options) : exitCode;
+  });
 }

@@ -4,13 +4,19 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <charconv>
+#include <limits>
 #include <map>
 #include <sstream>
+#include <system_error>
 
 #include "host/console.h"
+#include "host/failure.h"
 
 namespace tarnwick::host {
 namespace {
+
+constexpr int32_t kNoLimit = std::numeric_limits<int32_t>::max();
 
 using FormatNames = std::map<std::string, Format>;
 
@@ -37,13 +43,20 @@ std::vector<std::string> NamesOf(const FormatNames& formats) {
   return names;
 }
 
-// A whole number from `least` on, refused with a text that names no other limit.
-CLI::Validator AtLeast(int32_t least) {
+// A whole number from `least` to `most`. What it says of others names no limit that nobody would type.
+CLI::Validator WholeNumber(int32_t least, int32_t most = kNoLimit) {
   return CLI::Validator(
-      [least](std::string& text) {
-        int32_t number = 0;
-        if (!CLI::detail::lexical_cast(text, number)) return "must be a whole number: " + text;
-        return number >= least ? std::string() : "must be " + std::to_string(least) + " or more";
+      [least, most](std::string& text) -> std::string {
+        int64_t number = 0;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+        if (error == std::errc::invalid_argument || end != text.data() + text.size())
+          return "must be a whole number";
+        // A number that is too long to be read has one of the two faults as well, by its sign.
+        const bool readable = error == std::errc();
+        const bool small = readable ? number < least : text.starts_with('-');
+        if (readable && !small && number <= most) return {};
+        if (most < kNoLimit) return "must be from " + std::to_string(least) + " to " + std::to_string(most);
+        return small ? "must be " + std::to_string(least) + " or more" : "is too large";
       },
       "");
 }
@@ -73,7 +86,7 @@ void AddIcons(CLI::App& command, Options& options, bool page) {
   command
       .add_option("--icon-size", options.iconSize,
                   "Icons of a page, in pixels from 16 to 256 (" + std::to_string(kDefaultIconSize) + ")")
-      ->check(CLI::Range(16, 256));
+      ->check(WholeNumber(16, 256));
 }
 
 void AddScan(CLI::App& app, Options& options) {
@@ -92,8 +105,8 @@ void AddApps(CLI::App& app, Options& options) {
   apps->add_option("--filter", options.filter, "Only those with this text in their name or publisher");
   CLI::Option* page = apps->add_option("--page", options.page, "Which page, from 1");
   CLI::Option* size = apps->add_option("--page-size", options.pageSize, "Applications on a page (20)");
-  page->check(AtLeast(1));
-  size->check(AtLeast(1));
+  page->check(WholeNumber(1));
+  size->check(WholeNumber(1));
   apps->add_flag("--all", options.all, "All of them at once")->excludes(page)->excludes(size);
   apps->callback([&options, page, size] { options.pageAsked = page->count() + size->count() > 0; });
   AddFormat(*apps, options, kAnyFormat);
@@ -120,8 +133,9 @@ void AddLookups(CLI::App& app, Options& options) {
 void AddWatch(CLI::App& app, Options& options) {
   CLI::App* watch =
       app.add_subcommand("watch", "Print the foreground process each time it changes, until Ctrl+C");
-  watch->add_option("--interval", options.intervalMs, "Milliseconds between looks; below 50 means 200");
-  watch->add_option("--for", options.durationMs, "End after this many milliseconds")->check(AtLeast(1));
+  watch->add_option("--interval", options.intervalMs, "Milliseconds between looks; below 50 means 200")
+      ->check(WholeNumber(0));
+  watch->add_option("--for", options.durationMs, "End after this many milliseconds")->check(WholeNumber(1));
   AddFormat(*watch, options, kTableOrJson);
   AddLog(*watch, options);
 }
@@ -198,12 +212,14 @@ int ExplainParseError(const CLI::App& app, const std::vector<std::string>& argum
                       const CLI::ParseError& error) {
   std::ostringstream out;
   std::ostringstream err;
-  const bool asked = app.exit(error, out, err) == 0;
-  const std::string unknown = asked ? std::string() : UnknownCommand(app, arguments);
-  WriteStandardOutput(out.str());
-  WriteStandardError(unknown.empty() ? err.str()
-                                     : "tarnwick: " + unknown + "\nRun with --help for more information.\n");
-  return asked ? kExitSuccess : kExitUsage;
+  if (app.exit(error, out, err) == 0) {
+    WriteStandardOutput(out.str());
+    return kExitSuccess;
+  }
+  const std::string unknown = UnknownCommand(app, arguments);
+  ReportFailure(unknown.empty() ? error.what() : unknown);
+  WriteStandardError("Run with --help for more information.\n");
+  return kExitUsage;
 }
 
 }  // namespace
@@ -214,6 +230,7 @@ bool ParseOptions(const std::vector<std::string>& arguments, Options& options, i
   // An argument that begins with a slash is a path, as it is under Wine and in many a shell on Windows.
   app.allow_windows_style_options(false);
   app.require_subcommand(1);
+  app.footer("Exit codes: 0 done, 1 the work or its output failed, 2 the command line was wrong");
   AddScan(app, options);
   AddApps(app, options);
   AddLookups(app, options);

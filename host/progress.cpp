@@ -5,9 +5,13 @@
 #include <algorithm>
 
 #include "host/console.h"
+#include "host/text_width.h"
 
 namespace tarnwick::host {
 namespace {
+
+// What stands on the terminal now.
+std::string g_drawn;
 
 bool HasEnded(const StrategyReport& strategy) {
   return strategy.finished ||
@@ -42,6 +46,15 @@ std::string ProgressText(const ScanReporter& reporter) {
                      inLevel, found);
 }
 
-void DrawProgress(const std::string& text) { WriteStandardError("\r\x1b[K" + text); }
+void DrawProgress(const std::string& text) {
+  const size_t width = ErrorTerminalWidth();
+  const std::string fitted = CutEnd(text, width);
+  if (fitted == g_drawn) return;
+  const size_t columns = DisplayColumns(fitted);
+  const size_t before = std::min(DisplayColumns(g_drawn), width);
+  const std::string blanks(before > columns ? before - columns : 0, ' ');
+  WriteStandardError('\r' + fitted + blanks + (fitted.empty() ? "\r" : ""));
+  g_drawn = fitted;
+}
 
 }  // namespace tarnwick::host

@@ -11,7 +11,9 @@ namespace tarnwick::host {
 // level.
 std::string ProgressText(const ScanReporter& reporter);
 
-// Draws `text` over the line drawn before; an empty text clears the line.
+// Draws `text` on the standard error over the line drawn before, cut to the terminal's width; an empty text
+// clears the line. Blanks do it, not escape sequences: consoles differ in what they take for one. Where the
+// standard error is no terminal nothing is drawn. One call at a time.
 void DrawProgress(const std::string& text);
 
 }  // namespace tarnwick::host

@@ -1,6 +1,5 @@
 #include "host/presentation.h"
 #include "host/tables.h"
-#include "host/text_table.h"
 
 #include <gmock/gmock.h>
 
@@ -8,19 +7,6 @@ namespace tarnwick::host {
 namespace {
 
 using testing::HasSubstr;
-
-TEST(HostTextTable, AlignsByTerminalColumns) {
-  EXPECT_EQ(FormatTable({"NAME", "PATH"}, {{"\u6e38\u620f", "a"}, {"\u00e9t\u00e9", "b"}, {"abcdef", "c"}}),
-            "NAME    PATH\n"
-            "\u2500\u2500\u2500\u2500\u2500\u2500  \u2500\u2500\u2500\u2500\n"
-            "\u6e38\u620f    a\n"
-            "\u00e9t\u00e9     b\n"
-            "abcdef  c\n");
-}
-
-TEST(HostTextTable, LineFeedsInACellDoNotBreakARow) {
-  EXPECT_THAT(FormatTable({"NAME", "PATH"}, {{"a\nb", "c"}}), HasSubstr("a b   c\n"));
-}
 
 TEST(HostPresentation, ReadsTheLibrarysGames) {
   const std::vector<Game> games = GamesFromJson(
