@@ -1,77 +1,89 @@
-// tarnwick apps, find and details
-#include <fmt/format.h>
-
-#include <nlohmann/json.hpp>
+// tarnwick apps
+#include <limits>
 #include <stdexcept>
+#include <utility>
 
+#include "host/application_counts.h"
+#include "host/command_output.h"
 #include "host/commands.h"
 #include "host/console.h"
 #include "host/html_page.h"
-#include "host/library_call.h"
-#include "host/log_capture.h"
 #include "host/presentation.h"
 #include "host/tables.h"
-#include "host/text_table.h"
 #include "tarnwick/tarnwick.h"
 
 namespace tarnwick::host {
 namespace {
 
-template <class Fill>
-std::string CallAndLog(const Options& options, const Fill& fill) {
-  const LogCapture capture([&](const LogEntry& entry) {
-    if (options.log) WriteStandardError(entry.text + "\n");
-  });
-  return CallWithGrowingBuffer(fill);
+// A page shows a search box for all of them, so it is cut only where that was asked for.
+bool WantsAll(const Options& options) {
+  return options.all || (options.format == Format::kHtml && !options.pageAsked);
 }
 
-int WriteApplications(const Options& options, const std::string& json) {
-  if (options.format == Format::kJson) {
-    WriteResult(options.output, json + "\n");
-    return kExitSuccess;
+// Is there an n-th application? A page of one application, whose text nobody takes, loads one icon at most.
+bool Exists(const std::wstring& filter, uint64_t number) {
+  constexpr int32_t kLengthOfEmptyList = 2;
+  if (number > uint64_t{std::numeric_limits<int32_t>::max()}) return false;
+  return IA_GetAppsJson(static_cast<int32_t>(number), 1, filter.c_str(), nullptr, 0) > kLengthOfEmptyList;
+}
+
+// Counts outside of the log, which is to show the one call that was asked for.
+ApplicationCounts Count(const Options& options, uint64_t shown) {
+  ApplicationCounts counts;
+  counts.shown = counts.total = shown;
+  if (!WantsAll(options)) {
+    counts.page = static_cast<uint64_t>(options.page);
+    counts.pageSize = static_cast<uint64_t>(options.pageSize);
+    const std::wstring filter = Widen(options.filter);
+    const uint64_t before = (counts.page - 1) * counts.pageSize;
+    counts.total =
+        CountItems(shown > 0 ? before + shown : 0, [&](uint64_t number) { return Exists(filter, number); });
   }
-  const std::vector<Application> applications = ApplicationsFromJson(json);
-  WriteResult(options.output, options.format == Format::kHtml ? ApplicationsPage(applications)
-                                                              : ApplicationsTable(applications));
-  return kExitSuccess;
+  // How many of those without an executable a filter would keep, nobody tells.
+  if (options.filter.empty()) counts.cached = static_cast<uint64_t>(IA_RefreshCache());
+  return counts;
+}
+
+// A page behind the end is no failure to a program, which sees an empty list, but nothing for a person to
+// look at.
+void TellOfMissingPage(const Options& options, const ApplicationCounts& counts) {
+  const std::string missing = MissingPageText(counts);
+  if (missing.empty()) return;
+  if (options.format == Format::kTable) throw std::runtime_error(missing);
+  Tell(missing);
+}
+
+void WriteTable(const Options& options, const std::string& json, const ApplicationCounts& counts) {
+  const std::string table = ApplicationsTable(ApplicationsFromJson(json), TableWidth(options));
+  const std::string text = CountsText(counts);
+  WriteResult(options.output, text.empty() ? table : table + "\n" + text);
+}
+
+void WritePage(const Options& options, const std::string& json) {
+  WriteResult(options.output,
+              ApplicationsPage(ApplicationsFromJson(json), {options.iconSize, !options.noIcons}));
 }
 
 }  // namespace
 
 int RunApps(const Options& options) {
   const std::wstring filter = Widen(options.filter);
-  return WriteApplications(options, CallAndLog(options, [&](char* buffer, int size) {
-                             return options.all ? IA_GetAppsJsonAll(filter.c_str(), buffer, size)
-                                                : IA_GetAppsJson(options.page, options.pageSize,
-                                                                 filter.c_str(), buffer, size);
-                           }));
-}
-
-int RunFind(const Options& options) {
-  if (ReadFileBytes(options.input).empty())
-    throw std::runtime_error("the request is empty: " + options.input);
-  return WriteApplications(options, CallAndLog(options, [&](char* buffer, int size) {
-                             return IA_FindGamesByFile(options.input.c_str(), buffer, size);
-                           }));
-}
-
-int RunDetails(const Options& options) {
-  const std::string json = CallAndLog(options, [&](char* buffer, int size) {
-    return IA_GetGameDetailsByPathJson(options.input.c_str(), buffer, size);
+  const bool all = WantsAll(options);
+  const std::string json = CallWithLog(options, [&](char* buffer, int size) {
+    return all ? IA_GetAppsJsonAll(filter.c_str(), buffer, size)
+               : IA_GetAppsJson(options.page, options.pageSize, filter.c_str(), buffer, size);
   });
-  const nlohmann::json details = nlohmann::json::parse(json, nullptr, false);
-  if (!details.is_object() || details.empty())
-    throw std::runtime_error("there is no such file: " + options.input);
-  if (options.format == Format::kJson) {
-    WriteResult(options.output, json + "\n");
-    return kExitSuccess;
-  }
-  const std::string icon = details.value("ico", "");
-  WriteResult(options.output,
-              FormatTable({"NAME", "FILE", "ICON", "PATH"},
-                          {{details.value("name", ""), details.value("exe", ""),
-                            icon.empty() ? "none" : fmt::format("PNG, {} characters", icon.size()),
-                            details.value("exepath", "")}}));
+  Rows rows = RowsFromJson(json);
+  const bool table = options.format == Format::kTable;
+  ApplicationCounts counts;
+  if (table || (rows.empty() && options.page > 1)) counts = Count(options, rows.size());
+  TellOfMissingPage(options, counts);
+  if (IsListFormat(options.format))
+    WriteRows(options, std::move(rows), all ? kAllApplicationMembers : kApplicationMembers);
+  else if (table)
+    WriteTable(options, json, counts);
+  else
+    WritePage(options, json);
   return kExitSuccess;
 }
 

@@ -1,12 +1,12 @@
 // tarnwick scan
 #include <stdexcept>
+#include <utility>
 
+#include "host/catalogue_file.h"
+#include "host/command_output.h"
 #include "host/commands.h"
 #include "host/console.h"
 #include "host/html_page.h"
-#include "host/library_call.h"
-#include "host/log_capture.h"
-#include "host/log_output.h"
 #include "host/presentation.h"
 #include "host/progress.h"
 #include "host/tables.h"
@@ -20,11 +20,21 @@ struct Scan {
   ScanReport report;
 };
 
+// Throws for a catalogue that the library would answer with an empty list, or with another catalogue's games.
+std::string CheckedCatalogue(const Options& options) {
+  const std::string path = CatalogueToScan(options.catalogue);
+  const CatalogueFile file = InspectCatalogue(path);
+  if (!file.fault.empty()) throw std::runtime_error(file.fault);
+  const std::string warning = CatalogueWarning(path, file);
+  if (!warning.empty()) Tell(warning);
+  return path;
+}
+
 Scan RunTheScan(const Options& options) {
   ScanReporter reporter;
+  LogOutput log(options);
   const bool draw = !options.log && StandardErrorIsTerminal();
   Scan scan;
-  LogOutput log(options);
   {
     const LogCapture capture([&](const LogEntry& entry) {
       reporter.Add(entry);
@@ -42,26 +52,40 @@ Scan RunTheScan(const Options& options) {
   return scan;
 }
 
+// The catalogue can have changed since it was looked at.
+void CheckScan(const Options& options, const Scan& scan, const std::string& catalogue) {
+  if (!options.catalogue.empty() && scan.report.fellBack)
+    throw std::runtime_error(catalogue + " went away before it was read; try again");
+  if (scan.report.gamesInCatalogue == 0)
+    throw std::runtime_error("the library read no games from " + catalogue + "; --log tells what it did");
+}
+
+void WriteTable(const Options& options, const Scan& scan) {
+  std::string text = GamesTable(GamesFromJson(scan.json, scan.report), scan.report, TableWidth(options));
+  for (const std::string& note : scan.report.notes) text += note + "\n";
+  WriteResult(options.output, text);
+}
+
+void WritePage(const Options& options, const Scan& scan) {
+  const std::vector<Game> games = GamesFromJson(scan.json, scan.report);
+  WriteResult(options.output, GamesPage(games, scan.report, {options.iconSize, !options.noIcons}));
+}
+
 }  // namespace
 
 int RunScan(const Options& options) {
+  const std::string catalogue = CheckedCatalogue(options);
   const Scan scan = RunTheScan(options);
-  // The library's quiet answer to a missing or empty catalogue is an empty list; a person wants to know.
-  if (scan.report.gamesInCatalogue == 0) {
-    throw std::runtime_error(
-        "no games in the catalogue " +
-        (options.catalogue.empty() ? "MasterGameList.xml of the current folder" : options.catalogue) +
-        "; is it there? --log tells what the library looked at");
+  CheckScan(options, scan, catalogue);
+  if (IsListFormat(options.format)) {
+    Rows rows = RowsFromJson(scan.json);
+    AddLaunchers(rows, scan.report);
+    WriteRows(options, std::move(rows), kGameMembers);
+  } else if (options.format == Format::kTable) {
+    WriteTable(options, scan);
+  } else {
+    WritePage(options, scan);
   }
-  if (options.format == Format::kJson) {
-    WriteResult(options.output, scan.json + "\n");
-    return kExitSuccess;
-  }
-  const std::vector<Game> games = GamesFromJson(scan.json, scan.report);
-  WriteResult(options.output,
-              options.format == Format::kHtml
-                  ? GamesPage(games, scan.report)
-                  : GamesTable(games, scan.report, options.output.empty() ? TerminalWidth() : 0));
   return kExitSuccess;
 }
 

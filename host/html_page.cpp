@@ -42,7 +42,8 @@ json ReportAsJson(const ScanReport& report) {
   return {{"strategies", strategies},
           {"catalogue", report.gamesInCatalogue},
           {"raw", report.rawResults},
-          {"unique", report.uniqueResults}};
+          {"unique", report.uniqueResults},
+          {"notes", report.notes}};
 }
 
 // The icons of the list, as the page stores them.

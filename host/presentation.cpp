@@ -1,13 +1,13 @@
 #include "host/presentation.h"
 
-#include <nlohmann/json.hpp>
+#include <algorithm>
 #include <stdexcept>
 #include <utility>
 
+#include "host/console.h"
+
 namespace tarnwick::host {
 namespace {
-
-using nlohmann::json;
 
 const std::pair<const char*, const char*> kLauncherOfScheme[] = {
     {"steam://", "Steam"},
@@ -40,11 +40,8 @@ const std::pair<const char*, const char*> kLauncherOfStrategy[] = {
     {"Battle.net Search V2", "Battle.net"},
 };
 
-json ParseArray(const std::string& text) {
-  json array = json::parse(text, nullptr, false);
-  if (array.is_discarded() || !array.is_array())
-    throw std::runtime_error("the library's answer is not a JSON array");
-  return array;
+std::string StrategyOf(const Rows& game, const ScanReport& report) {
+  return StrategyThatFound(report, game.value("name", ""), game.value("loc", ""));
 }
 
 }  // namespace
@@ -59,15 +56,39 @@ std::string LauncherName(const std::string& launchUrl, const std::string& strate
   return "Installed";
 }
 
+Rows RowsFromJson(const std::string& json) {
+  Rows rows = Rows::parse(json, nullptr, false);
+  // Bytes that are no UTF-8 are replaced on the way to UTF-16 and back.
+  if (rows.is_discarded()) rows = Rows::parse(Narrow(Widen(json)), nullptr, false);
+  if (!rows.is_array()) throw std::runtime_error("the library's answer is not a JSON array");
+  return rows;
+}
+
+void AddLaunchers(Rows& games, const ScanReport& report) {
+  for (Rows& game : games) {
+    const std::string strategy = StrategyOf(game, report);
+    game["launcher"] = LauncherName(game.value("launchUrl", ""), strategy);
+    game["foundBy"] = strategy;
+  }
+}
+
+void DropIcons(Rows& rows) {
+  for (Rows& row : rows) row["icon"] = "";
+}
+
+std::string Counted(size_t count, const char* singular, const char* plural) {
+  return std::to_string(count) + " " + (count == 1 ? singular : plural);
+}
+
 std::vector<Game> GamesFromJson(const std::string& text, const ScanReport& report) {
   std::vector<Game> games;
-  for (const json& item : ParseArray(text)) {
+  for (const Rows& item : RowsFromJson(text)) {
     Game game;
     game.name = item.value("name", "");
     game.path = item.value("loc", "");
     game.icon = item.value("icon", "");
     game.launchUrl = item.value("launchUrl", "");
-    game.strategy = StrategyThatFound(report, game.name, game.path);
+    game.strategy = StrategyOf(item, report);
     game.launcher = LauncherName(game.launchUrl, game.strategy);
     games.push_back(std::move(game));
   }
@@ -76,9 +97,11 @@ std::vector<Game> GamesFromJson(const std::string& text, const ScanReport& repor
 
 std::vector<Application> ApplicationsFromJson(const std::string& text) {
   std::vector<Application> applications;
-  for (const json& item : ParseArray(text)) {
+  for (const Rows& item : RowsFromJson(text)) {
     applications.push_back({item.value("name", ""), item.value("publisher", ""), item.value("version", ""),
-                            item.value("loc", ""), item.value("date", ""), item.value("sizeKB", uint64_t{0}),
+                            item.value("loc", ""), item.value("date", ""),
+                            // The library writes a size of two terabytes or more as a negative number.
+                            static_cast<uint64_t>(std::max(item.value("sizeKB", int64_t{0}), int64_t{0})),
                             item.value("icon", "")});
   }
   return applications;

@@ -1,6 +1,7 @@
 #pragma once
 // The library's answers as people see them: items of a table or a page.
 
+#include "host/list_formats.h"
 #include "host/scan_report.h"
 
 #include <string>
@@ -27,11 +28,21 @@ struct Application {
   std::string icon;
 };
 
-// Both throw std::runtime_error for a text that isn't the library's JSON.
+// All three throw std::runtime_error for a text that isn't the library's JSON.
+Rows RowsFromJson(const std::string& json);
 std::vector<Game> GamesFromJson(const std::string& json, const ScanReport& report);
 std::vector<Application> ApplicationsFromJson(const std::string& json);
 
 // By the launch URI's scheme, else by the strategy.
 std::string LauncherName(const std::string& launchUrl, const std::string& strategy);
+
+// Adds "launcher" and "foundBy" at the end of each game of a scan: what Game calls launcher and strategy.
+void AddLaunchers(Rows& games, const ScanReport& report);
+
+// Empties the icons and leaves their members standing, so that a row has the same shape with and without.
+void DropIcons(Rows& rows);
+
+// "1 entry", "2 entries".
+std::string Counted(size_t count, const char* singular, const char* plural);
 
 }  // namespace tarnwick::host

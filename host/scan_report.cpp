@@ -33,6 +33,30 @@ bool IsFoundLine(const std::string& line, const std::string& name, const std::st
   return name.empty() || line.substr(0, arrow).find(name) != std::string::npos;
 }
 
+struct CountLine {
+  const char* before;
+  const char* behind;
+  size_t ScanReport::* member;
+};
+
+constexpr CountLine kCountLines[] = {
+    {"Loaded ", " games from XML.", &ScanReport::gamesInCatalogue},
+    {"Total raw results: ", "", &ScanReport::rawResults},
+    {"Unique results after deduplication: ", "", &ScanReport::uniqueResults},
+};
+
+struct UnreadLauncher {
+  const char* line;  // the beginning of the line that the library logs
+  const char* note;
+};
+
+constexpr UnreadLauncher kUnreadLaunchers[] = {
+    {"[ItchIoSearch] Can't open database",
+     "itch.io is here: Tarnwick recognises it, but reads no games from it."},
+    {"[TwitchSearch] Can't open database",
+     "Twitch is here: Tarnwick recognises it, but reads no games from it."},
+};
+
 }  // namespace
 
 StrategyReport* ScanReporter::Find(const std::string& name) {
@@ -63,14 +87,20 @@ void ScanReporter::Add(const LogEntry& entry) {
     strategy->found = NumberIn(line.substr(at + 19));
     // Thread numbers are given out again once a level's threads have ended.
     strategyOfThread_.clear();
-  } else if (const auto loaded = Between(line, "Loaded ", " games from XML.")) {
-    report_.gamesInCatalogue = NumberIn(*loaded);
-  } else if (const auto raw = Between(line, "Total raw results: ", "")) {
-    report_.rawResults = NumberIn(*raw);
-  } else if (const auto unique = Between(line, "Unique results after deduplication: ", "")) {
-    report_.uniqueResults = NumberIn(*unique);
   } else {
+    AddFact(line);
     AddThreadLine(entry);
+  }
+}
+
+void ScanReporter::AddFact(const std::string& line) {
+  for (const CountLine& count : kCountLines) {
+    if (const auto number = Between(line, count.before, count.behind))
+      report_.*count.member = NumberIn(*number);
+  }
+  if (line == "Fallback to MasterGameList.xml") report_.fellBack = true;
+  for (const UnreadLauncher& launcher : kUnreadLaunchers) {
+    if (line.starts_with(launcher.line)) report_.notes.push_back(launcher.note);
   }
 }
 

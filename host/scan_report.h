@@ -27,6 +27,8 @@ struct ScanReport {
   size_t gamesInCatalogue = 0;
   size_t rawResults = 0;
   size_t uniqueResults = 0;
+  bool fellBack = false;           // the library took MasterGameList.xml of the current folder instead
+  std::vector<std::string> notes;  // for people: what was recognised and not searched
 };
 
 // Builds the report line by line. `Add` may be called from one thread at a time.
@@ -39,6 +41,7 @@ class ScanReporter {
 
  private:
   StrategyReport* Find(const std::string& name);
+  void AddFact(const std::string& line);
   void AddThreadLine(const LogEntry& entry);
 
   ScanReport report_;

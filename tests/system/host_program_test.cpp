@@ -1,15 +1,20 @@
 // tarnwick.exe as a person or a script runs it.
 #include "desktop/desktop.h"
+#include "desktop/wide_text.h"
+#include "foundation/owner.h"
 #include "support/process.h"
 
 #include <gmock/gmock.h>
 
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 
 namespace tarnwick::tests {
 namespace {
 
+using testing::AnyOf;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
@@ -20,10 +25,18 @@ const std::string kFolder = R"(C:\TarnwickTest\Host)";
 const std::string kCatalogue = kFolder + R"(\Каталог 游戏.xml)";
 
 std::string ReadBytes(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
+  std::ifstream file(std::filesystem::path(desktop::Wide(path)), std::ios::binary);
   std::ostringstream bytes;
   bytes << file.rdbuf();
   return bytes.str();
+}
+
+// Nobody else can open the file while the handle lives.
+Handle Locked(const std::string& path) {
+  const HANDLE file =
+      CreateFileW(desktop::Wide(path).c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  EXPECT_NE(file, INVALID_HANDLE_VALUE) << path;
+  return Handle(file);
 }
 
 // One game that the registry leads to.
@@ -74,6 +87,103 @@ TEST(HostProgram, AMissingCatalogueIsNamedAndEndsWithCode1) {
   EXPECT_THAT(result.errors, HasSubstr("C:\\no such\\catalogue.xml"));
 }
 
+// A folder of catalogues, of which MasterGameList.xml, the library's own choice there, holds the game.
+desktop::Desktop CatalogueFolder(const std::string& name, const std::string& bytes) {
+  desktop::Desktop world = OneGame();
+  world.File(kFolder + R"(\here\MasterGameList.xml)", ReadBytes(kCatalogue));
+  world.File(kFolder + R"(\here\)" + name, bytes);
+  return world;
+}
+
+TEST(HostProgram, ACatalogueThatWasNamedAndIsMissingIsNotReplacedByTheFoldersOwn) {
+  const desktop::Desktop world = CatalogueFolder("other.xml", "<A/>");
+  const ProgramResult result = RunProgram(kProgram, {"scan", "missing.xml", "--log"}, kFolder + R"(\here)");
+  EXPECT_EQ(result.exitCode, 1u);
+  EXPECT_THAT(result.output, IsEmpty());
+  // One line, and no scan.
+  EXPECT_EQ(result.errors, "tarnwick: missing.xml does not exist; check the path\n");
+}
+
+TEST(HostProgram, EveryCatalogueThatIsNoneIsToldApartBeforeAScan) {
+  const std::pair<std::string, const char*> kinds[] = {
+      {"", " is empty"},
+      {std::string("\xFF\xFE<\0", 4), " is UTF-16"},
+      {std::string("\0<\0A", 4), " is UTF-16"},
+      {std::string(64, '\x9D'), " looks enciphered, but can't be deciphered"},
+      {"<html></html>", " is not a catalogue"}};
+  for (const auto& [bytes, fault] : kinds) {
+    const desktop::Desktop world = CatalogueFolder("named.xml", bytes);
+    const ProgramResult result = RunProgram(kProgram, {"scan", "named.xml", "--log"}, kFolder + R"(\here)");
+    EXPECT_EQ(result.exitCode, 1u);
+    EXPECT_THAT(result.output, IsEmpty());
+    EXPECT_THAT(result.errors, StartsWith(std::string("tarnwick: named.xml") + fault));
+    EXPECT_EQ(result.errors.find('\n'), result.errors.size() - 1) << result.errors;
+  }
+}
+
+TEST(HostProgram, AFolderOrALockedFileIsNoCatalogue) {
+  const desktop::Desktop world = OneGame();
+  EXPECT_THAT(RunProgram(kProgram, {"scan", kFolder}).errors,
+              StartsWith("tarnwick: " + kFolder + " is a folder"));
+  const Handle lock = Locked(kCatalogue);
+  const ProgramResult result = RunProgram(kProgram, {"scan", kCatalogue});
+  EXPECT_EQ(result.exitCode, 1u);
+  EXPECT_THAT(result.errors, StartsWith("tarnwick: " + kCatalogue + " is locked by another program"));
+}
+
+TEST(HostProgram, WithoutANamedCatalogueTheFoldersOwnIsJudgedAlike) {
+  const std::string here = kFolder + R"(\here)";
+  {
+    const desktop::Desktop world = CatalogueFolder("MasterGameList_decrypted.xml", "");
+    EXPECT_EQ(RunProgram(kProgram, {"scan"}, here).errors,
+              "tarnwick: MasterGameList_decrypted.xml is empty; get the catalogue anew\n");
+  }
+  desktop::Desktop world;
+  world.Folder(here);
+  const ProgramResult none = RunProgram(kProgram, {"scan"}, here);
+  EXPECT_EQ(none.exitCode, 1u);
+  EXPECT_THAT(none.errors, HasSubstr("no MasterGameList_decrypted.xml and no MasterGameList.xml"));
+}
+
+TEST(HostProgram, RecordsThatTheLibraryDoesNotReadGiveAWarningAndTheScanGoesOn) {
+  const desktop::Desktop world = CatalogueFolder("open.xml",
+                                                 "<GameSignature><DisplayName>x</DisplayName></GameSignature>"
+                                                 "<GameSignature>");
+  const ProgramResult result =
+      RunProgram(kProgram, {"scan", "open.xml", "--format", "json"}, kFolder + R"(\here)");
+  EXPECT_EQ(result.exitCode, 0u);
+  EXPECT_EQ(result.errors, "tarnwick: open.xml opens 2 records, closes 1; the library read 1\n");
+  EXPECT_EQ(result.output, "[]\n");
+}
+
+TEST(HostProgram, ScanWritesLinesAndCommaSeparatedValues) {
+  const desktop::Desktop world = OneGame();
+  const std::string lines =
+      RunProgram(kProgram, {"scan", kCatalogue, "--format", "ndjson", "--no-icons"}).output;
+  EXPECT_EQ(lines,
+            R"({"name":"Ночной Рейс","loc":"C:\\TarnwickTest\\Host\\Ночной Рейс\\run.exe","icon":"",)"
+            R"("launchUrl":"","exeName":"run.exe","launcher":"Installed","foundBy":"Default Registry Scan"})"
+            "\n");
+  EXPECT_EQ(RunProgram(kProgram, {"scan", kCatalogue, "--format", "json", "--no-icons"}).output,
+            "[" + lines.substr(0, lines.size() - 1) + "]\n");
+  EXPECT_EQ(RunProgram(kProgram, {"scan", kCatalogue, "--format", "csv", "--no-icons"}).output,
+            "name,loc,icon,launchUrl,exeName,launcher,foundBy\r\n"
+            "Ночной Рейс,C:\\TarnwickTest\\Host\\Ночной Рейс\\run.exe,,,run.exe,Installed,Default Registry "
+            "Scan\r\n");
+}
+
+TEST(HostProgram, LaunchersThatAreRecognisedAndNotReadAreNamedUnderTheTable) {
+  desktop::Desktop world = OneGame();
+  EXPECT_THAT(RunProgram(kProgram, {"scan", kCatalogue}).output, Not(HasSubstr("itch.io")));
+  world.File(desktop::Narrow(_wgetenv(L"APPDATA")) + R"(\itch\db\butler.db)");
+  const ProgramResult table = RunProgram(kProgram, {"scan", kCatalogue});
+  EXPECT_THAT(table.output,
+              EndsWith("itch.io is here: Tarnwick recognises it, but reads no games from it.\n"));
+  EXPECT_THAT(table.output, Not(HasSubstr("Twitch")));
+  EXPECT_THAT(RunProgram(kProgram, {"scan", kCatalogue, "--format", "csv"}).output,
+              Not(HasSubstr("itch.io")));
+}
+
 TEST(HostProgram, ScanPrintsATableInUtf8WithTheStrategyFromTheLog) {
   const desktop::Desktop world = OneGame();
   const ProgramResult result = RunProgram(kProgram, {"scan", kCatalogue});
@@ -84,13 +194,16 @@ TEST(HostProgram, ScanPrintsATableInUtf8WithTheStrategyFromTheLog) {
   EXPECT_THAT(result.output, Not(HasSubstr("\r")));
 }
 
-TEST(HostProgram, ScanPrintsTheLibrarysJsonAsItStands) {
+TEST(HostProgram, ScanPrintsTheLibrarysJsonAndWhoFoundEachGame) {
   const desktop::Desktop world = OneGame();
   const ProgramResult result = RunProgram(kProgram, {"scan", kCatalogue, "--format", "json"});
   EXPECT_EQ(result.exitCode, 0u);
   EXPECT_THAT(result.output,
               StartsWith(R"([{"name":"Ночной Рейс","loc":"C:\\TarnwickTest\\Host\\Ночной Рейс\\run.exe")"));
-  EXPECT_THAT(result.output, testing::EndsWith("\"exeName\":\"run.exe\"}]\n"));
+  EXPECT_THAT(
+      result.output,
+      EndsWith(
+          "\"exeName\":\"run.exe\",\"launcher\":\"Installed\",\"foundBy\":\"Default Registry Scan\"}]\n"));
 }
 
 TEST(HostProgram, ScanWithoutACatalogueLooksInTheCurrentFolder) {
@@ -150,6 +263,47 @@ TEST(HostProgram, ACatalogueGoesThroughEncipherAndDecipherUnchanged) {
   std::remove(plain.c_str());
 }
 
+// What stands in the output beforehand must stand there afterwards.
+void ExpectRefused(const std::string& step, const std::string& input, const std::string& output,
+                   const std::string& fault) {
+  const std::string before = ReadBytes(output);
+  const ProgramResult result = RunProgram(kProgram, {"catalogue", step, input, "-o", output});
+  EXPECT_EQ(result.exitCode, 1u) << step << " " << input;
+  EXPECT_THAT(result.errors, HasSubstr(fault));
+  EXPECT_EQ(result.errors.find('\n'), result.errors.size() - 1) << result.errors;
+  EXPECT_EQ(ReadBytes(output), before);
+}
+
+TEST(HostProgram, EncipherAndDecipherRefuseWhatTheyAreNotFor) {
+  desktop::Desktop world = OneGame();
+  const std::string cipher = kFolder + R"(\cipher.bin)";
+  world.File(cipher, "");
+  ASSERT_EQ(RunProgram(kProgram, {"catalogue", "encipher", kCatalogue, "-o", cipher}).exitCode, 0u);
+  const std::string output = kFolder + R"(\output.xml)";
+  const std::string other = kFolder + R"(\other.xml)";
+  world.File(output, "precious");
+  world.File(other, "<html></html>");
+  ExpectRefused("encipher", other, output, "is not a catalogue");
+  ExpectRefused("encipher", cipher, output, "is enciphered already");
+  ExpectRefused("encipher", kFolder + R"(\none.xml)", output, "none.xml does not exist");
+  ExpectRefused("encipher", kCatalogue, kCatalogue, "is the file that is read");
+  ExpectRefused("encipher", kCatalogue, "c:/tarnwicktest/HOST/../host/Каталог 游戏.xml",
+                "is the file that is read");
+  ExpectRefused("decipher", kCatalogue, output, "is not enciphered");
+  ExpectRefused("decipher", other, output, "is not a catalogue");
+  ExpectRefused("decipher", cipher, cipher, "is the file that is read");
+  ExpectRefused("decipher", cipher, "c:/tarnwicktest/host/CIPHER.BIN", "is the file that is read");
+}
+
+TEST(HostProgram, ARefusedCatalogueLeavesNoOutputBehind) {
+  desktop::Desktop world;
+  const std::string output = kFolder + R"(\new.xml)";
+  world.File(kFolder + R"(\other.xml)", "<html></html>");
+  EXPECT_EQ(RunProgram(kProgram, {"catalogue", "encipher", kFolder + R"(\other.xml)", "-o", output}).exitCode,
+            1u);
+  EXPECT_FALSE(std::ifstream(output).is_open());
+}
+
 // An application with an icon of its own in the Uninstall key.
 desktop::Desktop OneApplication() {
   desktop::Desktop world;
@@ -169,7 +323,7 @@ TEST(HostProgram, AppsListsFiltersAndPages) {
   const ProgramResult table = RunProgram(kProgram, {"apps", "--filter", "hostMACHER"});
   EXPECT_EQ(table.exitCode, 0u) << table.errors;
   EXPECT_THAT(table.output, HasSubstr("Werkzeug Ä"));
-  EXPECT_THAT(table.output, HasSubstr("1 applications."));
+  EXPECT_THAT(table.output, HasSubstr("\n1 application.\n"));
   EXPECT_THAT(RunProgram(kProgram, {"apps", "--all", "--format", "json"}).output,
               HasSubstr("\"exeName\":\"tool.exe\""));
   EXPECT_THAT(
@@ -178,6 +332,140 @@ TEST(HostProgram, AppsListsFiltersAndPages) {
   EXPECT_THAT(RunProgram(kProgram, {"apps", "--all", "--format", "html"}).output, HasSubstr("Werkzeug Ä"));
   EXPECT_THAT(RunProgram(kProgram, {"apps", "--filter", "no such application"}).output,
               "No applications found.\n");
+}
+
+// Applications named "Serie 01" and so on, of one publisher; the last has no executable.
+desktop::Desktop Applications(int count) {
+  desktop::Desktop world;
+  world.Executable(kFolder + R"(\tool.exe)");
+  for (int number = 1; number <= count; ++number) {
+    const std::string two = (number < 10 ? "0" : "") + std::to_string(number);
+    const std::string key =
+        R"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall\TarnwickSeries)" + two;
+    world.String(key, "DisplayName", "Serie " + two);
+    world.String(key, "Publisher", "Serienmacher");
+    if (number < count) world.String(key, "DisplayIcon", kFolder + R"(\tool.exe)");
+  }
+  return world;
+}
+
+size_t CountOf(const std::string& text, const std::string& part) {
+  size_t count = 0;
+  for (size_t at = text.find(part); at != text.npos; at = text.find(part, at + 1)) ++count;
+  return count;
+}
+
+TEST(HostProgram, AppsTellOfThoseThatAreNotShown) {
+  const desktop::Desktop world = Applications(42);
+  const std::vector<std::string> apps = {"apps", "--filter", "serienmacher"};
+  const auto run = [&](const std::vector<std::string>& more) {
+    std::vector<std::string> arguments = apps;
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return RunProgram(kProgram, arguments);
+  };
+  EXPECT_THAT(run({}).output, EndsWith("\n20 of 41 applications (page 1 of 3; --all shows all).\n"));
+  EXPECT_THAT(run({"--page", "3"}).output,
+              EndsWith("\n1 of 41 applications (page 3 of 3; --all shows all).\n"));
+  EXPECT_THAT(run({"--all"}).output, EndsWith("\n41 applications.\n"));
+  EXPECT_THAT(run({"--format", "json"}).output, Not(HasSubstr(" of 41")));
+  // The library's own line of a call stands once, though more calls were made to count.
+  const std::string log = run({"--log"}).errors;
+  EXPECT_EQ(CountOf(log, "IA_GetAppsJson START"), 1u) << log;
+  EXPECT_THAT(RunProgram(kProgram, {"apps"}).output,
+              AnyOf(EndsWith("\n1 more has no executable and is not shown.\n"),
+                    EndsWith(" more have no executable and are not shown.\n")));
+}
+
+TEST(HostProgram, ThePageOfApplicationsShowsAllUnlessAPageWasAskedFor) {
+  const desktop::Desktop world = Applications(23);
+  const std::vector<std::string> all = {"apps", "--filter", "serienmacher", "--format", "html"};
+  EXPECT_EQ(CountOf(RunProgram(kProgram, all).output, "\"Serie "), 22u);
+  std::vector<std::string> page = all;
+  page.insert(page.end(), {"--page", "1"});
+  EXPECT_EQ(CountOf(RunProgram(kProgram, page).output, "\"Serie "), 20u);
+}
+
+TEST(HostProgram, APageBehindTheEndIsExplainedInEveryFormat) {
+  const desktop::Desktop world = Applications(42);
+  const std::string line = "tarnwick: there is no page 9: 41 applications make 3 pages of 20\n";
+  const std::pair<const char*, const char*> empty[] = {
+      {"json", "[]\n"}, {"ndjson", ""}, {"csv", "name,publisher,version,loc,date,sizeKB,icon\r\n"}};
+  for (const auto& [format, output] : empty) {
+    const ProgramResult result =
+        RunProgram(kProgram, {"apps", "--filter", "serienmacher", "--page", "9", "--format", format});
+    EXPECT_EQ(result.exitCode, 0u) << format;
+    EXPECT_EQ(result.errors, line) << format;
+    EXPECT_EQ(result.output, output) << format;
+  }
+  const ProgramResult page =
+      RunProgram(kProgram, {"apps", "--filter", "serienmacher", "--page", "9", "--format", "html"});
+  EXPECT_EQ(page.exitCode, 0u);
+  EXPECT_EQ(page.errors, line);
+  const ProgramResult table = RunProgram(kProgram, {"apps", "--filter", "serienmacher", "--page", "9"});
+  EXPECT_EQ(table.exitCode, 1u);
+  EXPECT_EQ(table.errors, line);
+  EXPECT_THAT(table.output, IsEmpty());
+}
+
+TEST(HostProgram, AppsAndFindWriteLinesAndCommaSeparatedValues) {
+  desktop::Desktop world = OneApplication();
+  world.File(kFolder + R"(\request.json)", R"([{"name":"=1+1, \u00e9","exeName":"tool.exe"}])");
+  const std::string loc = R"(C:\TarnwickTest\Host\Werkzeug Ä\tool.exe)";
+  const std::vector<std::string> apps = {"apps", "--filter", "hostmacher", "--no-icons", "--format"};
+  const auto run = [](std::vector<std::string> arguments, const std::vector<std::string>& more) {
+    arguments.insert(arguments.end(), more.begin(), more.end());
+    return RunProgram(kProgram, arguments).output;
+  };
+  EXPECT_EQ(run(apps, {"csv"}),
+            "name,publisher,version,loc,date,sizeKB,icon\r\n"
+            "Werkzeug Ä,Hostmacher,1.2.3," +
+                loc + ",,0,\r\n");
+  EXPECT_EQ(run(apps, {"csv", "--all"}),
+            "name,publisher,version,loc,exeName,date,sizeKB,icon\r\n"
+            "Werkzeug Ä,Hostmacher,1.2.3," +
+                loc + ",tool.exe,,0,\r\n");
+  EXPECT_EQ(run(apps, {"ndjson"}),
+            R"({"name":"Werkzeug Ä","publisher":"Hostmacher","version":"1.2.3",)"
+            R"("loc":"C:\\TarnwickTest\\Host\\Werkzeug Ä\\tool.exe","date":"","sizeKB":0,"icon":""})"
+            "\n");
+  EXPECT_THAT(run({"find", kFolder + R"(\request.json)", "--no-icons", "--format"}, {"csv"}),
+              EndsWith("\r\n\"'=1+1, \\u00e9\",Hostmacher,1.2.3," + loc + ",,0,\r\n"));
+}
+
+TEST(HostProgram, FindTellsOfEveryEntryThatCameToNothing) {
+  desktop::Desktop world = OneApplication();
+  const std::string request = kFolder + R"(\request.json)";
+  world.File(request,
+             R"([{"name":"Mine","exeName":"tool.exe"},{"name":"Нет","exeName":"none.exe"},{"name":"B"}])");
+  const ProgramResult some = RunProgram(kProgram, {"find", request, "--log"});
+  EXPECT_EQ(some.exitCode, 0u);
+  EXPECT_THAT(some.errors,
+              HasSubstr("tarnwick: entry 2 (\"Нет\", none.exe): no installed application has it\n"));
+  EXPECT_THAT(some.errors,
+              HasSubstr("tarnwick: entry 3 (\"B\") has no exeName, so the library ignores it\n"));
+  EXPECT_THAT(some.errors, Not(HasSubstr("IA_FindGamesJson")));
+  EXPECT_THAT(some.output, EndsWith("\n1 of 3 entries found.\n"));
+  world.File(request, R"([{"exeName":"none.exe"}])");
+  const ProgramResult none = RunProgram(kProgram, {"find", request, "--format", "json"});
+  EXPECT_EQ(none.exitCode, 1u);
+  EXPECT_EQ(none.output, "[]\n");
+  EXPECT_EQ(none.errors, "tarnwick: entry 1 (none.exe): no installed application has it\n");
+}
+
+TEST(HostProgram, FindSaysWhyARequestCanNotBeRead) {
+  desktop::Desktop world;
+  const std::string request = kFolder + R"(\request.json)";
+  for (const auto& [bytes, fault] : {std::pair<std::string, std::string>{"", " is empty"},
+                                     {std::string("[\0{\0}\0]\0", 8), " is UTF-16"},
+                                     {"[]", " holds no object"}}) {
+    world.File(request, bytes);
+    const ProgramResult result = RunProgram(kProgram, {"find", request, "--format", "json"});
+    EXPECT_EQ(result.exitCode, 1u);
+    EXPECT_THAT(result.output, IsEmpty());
+    EXPECT_THAT(result.errors, StartsWith("tarnwick: " + request + fault));
+  }
+  const Handle lock = Locked(request);
+  EXPECT_THAT(RunProgram(kProgram, {"find", request}).errors, HasSubstr(" is locked by another program"));
 }
 
 TEST(HostProgram, FindAnswersARequestFile) {
@@ -203,6 +491,16 @@ TEST(HostProgram, DetailsTellOfOneExecutable) {
   const ProgramResult missing = RunProgram(kProgram, {"details", "C:\\nothing.exe"});
   EXPECT_EQ(missing.exitCode, 1u);
   EXPECT_THAT(missing.errors, HasSubstr("C:\\nothing.exe"));
+}
+
+TEST(HostProgram, DetailsLeaveTheIconOutWhenToldTo) {
+  const desktop::Desktop world = OneApplication();
+  const std::string path = kFolder + R"(\Werkzeug Ä\tool.exe)";
+  EXPECT_EQ(
+      RunProgram(kProgram, {"details", path, "--format", "json", "--no-icons"}).output,
+      R"({"name":"tool","ico":"","exepath":"C:\\TarnwickTest\\Host\\Werkzeug Ä\\tool.exe","exe":"tool.exe"})"
+      "\n");
+  EXPECT_THAT(RunProgram(kProgram, {"details", path, "--no-icons"}).output, HasSubstr("left out"));
 }
 
 TEST(HostProgram, WatchEndsByItselfWhenToldTo) {

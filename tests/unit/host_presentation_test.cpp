@@ -29,6 +29,42 @@ TEST(HostPresentation, TheLauncherComesFromTheUriAndElseFromTheStrategy) {
   EXPECT_EQ(LauncherName("", "Default Registry Scan"), "Installed");
 }
 
+TEST(HostPresentation, RowsKeepTheLibrarysOrderOfMembersAndTakeBytesThatAreNoUtf8) {
+  EXPECT_EQ(RowsFromJson(R"([{"name":"b","loc":"a"}])").dump(), R"([{"name":"b","loc":"a"}])");
+  EXPECT_EQ(RowsFromJson("[{\"name\":\"a\xFF\"}]")[0]["name"], "a\xEF\xBF\xBD");
+  EXPECT_THROW(RowsFromJson("{}"), std::runtime_error);
+  EXPECT_THROW(RowsFromJson("[{\"na"), std::runtime_error);
+}
+
+TEST(HostPresentation, AGameTellsItsLauncherAndItsStrategyAtTheEnd) {
+  ScanReport report;
+  report.strategies.push_back({"Epic Games Scan", 2, true, true, 1, 0, {"[Epic] Found: A -> C:\\a.exe"}});
+  Rows rows = RowsFromJson(
+      R"([{"name":"A","loc":"C:\\a.exe","exeName":"a.exe"},{"name":"B","loc":"","exeName":""}])");
+  AddLaunchers(rows, report);
+  EXPECT_EQ(
+      rows.dump(),
+      R"([{"name":"A","loc":"C:\\a.exe","exeName":"a.exe","launcher":"Epic Games","foundBy":"Epic Games Scan"},)"
+      R"({"name":"B","loc":"","exeName":"","launcher":"Installed","foundBy":""}])");
+}
+
+TEST(HostPresentation, IconsThatAreLeftOutLeaveTheirMember) {
+  Rows rows = RowsFromJson(R"([{"name":"A","icon":"data:","date":""}])");
+  DropIcons(rows);
+  EXPECT_EQ(rows.dump(), R"([{"name":"A","icon":"","date":""}])");
+}
+
+TEST(HostPresentation, ASizeThatTheLibraryWritesAsNegativeIsUnknown) {
+  EXPECT_EQ(ApplicationsFromJson(R"([{"name":"A","sizeKB":-7}])")[0].sizeKb, 0u);
+  EXPECT_EQ(ApplicationsFromJson(R"([{"name":"A","sizeKB":7}])")[0].sizeKb, 7u);
+}
+
+TEST(HostPresentation, OneIsSingular) {
+  EXPECT_EQ(Counted(1, "entry", "entries"), "1 entry");
+  EXPECT_EQ(Counted(0, "entry", "entries"), "0 entries");
+  EXPECT_EQ(Counted(2, "entry", "entries"), "2 entries");
+}
+
 TEST(HostPresentation, AnEmptyListSaysSo) {
   EXPECT_EQ(GamesTable({}, {}), "No games found.\n");
   EXPECT_EQ(ApplicationsTable({}), "No applications found.\n");

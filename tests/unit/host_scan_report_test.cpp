@@ -2,7 +2,7 @@
 
 #include "host/progress.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace tarnwick::host {
 namespace {
@@ -78,6 +78,26 @@ TEST(HostScanReport, SkippedGamesDoNotCountAsFound) {
   std::vector<Line> lines(kScan.begin(), kScan.begin() + 6);
   lines.push_back({7, 8, "[Steam] Found (Library-Dynamic): Tool (ID: 5) -> No Exe (Skipping)"});
   EXPECT_EQ(ProgressText(Feed(lines)), "Level 4: 0 of 2 strategies finished, 0 found");
+}
+
+TEST(HostScanReport, KnowsWhetherTheLibraryTookAnotherCatalogue) {
+  EXPECT_FALSE(Feed({{0, 1, "Using XML file: C:\\a.xml"}}).Report().fellBack);
+  EXPECT_TRUE(Feed({{0, 1, "Fallback to MasterGameList.xml"}}).Report().fellBack);
+}
+
+TEST(HostScanReport, NotesTheLaunchersWhoseDatabasesAreNotRead) {
+  EXPECT_THAT(Feed(kScan).Report().notes, testing::IsEmpty());
+  EXPECT_THAT(Feed({{0, 1, "[ItchIoSearch] DB not found: C:\\butler.db"}}).Report().notes,
+              testing::IsEmpty());
+  std::vector<Line> lines(kScan.begin(), kScan.begin() + 6);
+  lines.push_back({7, 8, "[ItchIoSearch] Can't open database: SQLite library not found"});
+  lines.push_back({8, 7, "[TwitchSearch] Can't open database: SQLite library not found"});
+  const ScanReport report = Feed(lines).Report();
+  EXPECT_THAT(report.notes,
+              testing::ElementsAre("itch.io is here: Tarnwick recognises it, but reads no games from it.",
+                                   "Twitch is here: Tarnwick recognises it, but reads no games from it."));
+  // They stay among the lines of their threads.
+  EXPECT_EQ(report.strategies[1].lines.size(), 1u);
 }
 
 TEST(HostScanReport, LineOfDebugTextTakesPrefixTimeAndLineFeedsOff) {

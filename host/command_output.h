@@ -1,0 +1,34 @@
+#pragma once
+// What the commands have in common: their answer goes to the standard output or a file, all that is said
+// about it to the standard error.
+
+#include "host/library_call.h"
+#include "host/list_formats.h"
+#include "host/log_capture.h"
+#include "host/log_output.h"
+#include "host/options.h"
+
+#include <cstddef>
+#include <string>
+
+namespace tarnwick::host {
+
+// One line for people.
+void Tell(const std::string& line);
+
+// The columns that a table may take: a file has no limit.
+size_t TableWidth(const Options& options);
+
+// Empties the icons where they are not wanted, and writes the rows in the format that was asked for, one of
+// the list formats.
+void WriteRows(const Options& options, Rows rows, const Members& members);
+
+// CallWithGrowingBuffer with the library's log going where the options send it.
+template <class Fill>
+std::string CallWithLog(const Options& options, const Fill& fill) {
+  LogOutput log(options);
+  const LogCapture capture([&](const LogEntry& entry) { log.Write(entry); });
+  return CallWithGrowingBuffer(fill);
+}
+
+}  // namespace tarnwick::host

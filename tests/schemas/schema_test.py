@@ -1,0 +1,282 @@
+"""Every JSON that the library and the program write, tried on the schemas in docs/schemas; and the program's other
+lists, which must hold the same.
+
+usage: schema_test.py TARNWICK.EXE DESKTOP.EXE ANSWERS.EXE
+"""
+
+import csv
+import copy
+import io
+import json
+import os
+import pathlib
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+import jsonschema
+
+SOURCE = pathlib.Path(__file__).resolve().parents[2]
+SCHEMAS = SOURCE / "docs" / "schemas"
+SAMPLE = SOURCE / "desktop" / "samples" / "sample-desktop.json"
+CATALOGUE = r"C:\TarnwickDemo\MasterGameList.xml"
+EXECUTABLE = r"C:\Program Files\Fernpad\fernpad.exe"
+REQUEST = [{"name": "Mine", "exeName": "fernpad.exe", "exePath": "bin"}, {"exeName": "mail.exe"}]
+WINE = [] if os.name == "nt" else ["wine"]
+
+TARNWICK = DESKTOP = ANSWERS = None
+FOLDER = None
+
+
+def windows_text(argument):
+    """An argument for a Windows program: Wine shows this machine's root as drive Z."""
+    if isinstance(argument, pathlib.PurePosixPath):
+        return "Z:" + str(argument).replace("/", "\\")
+    return str(argument)
+
+
+def start(program, *arguments):
+    # Into files: the end of a pipe would wait for processes that Wine starts on the side, and which stay.
+    command = [*WINE, program, *map(windows_text, arguments)]
+    with tempfile.TemporaryFile() as output, tempfile.TemporaryFile() as errors:
+        code = subprocess.run(command, stdout=output, stderr=errors, check=False, timeout=120).returncode
+        output.seek(0)
+        errors.seek(0)
+        return subprocess.CompletedProcess(command, code, output.read(), errors.read())
+
+
+def tarnwick(*arguments):
+    result = start(TARNWICK, *arguments)
+    if result.returncode != 0:
+        raise AssertionError(f"tarnwick {arguments} ended with {result.returncode}: {result.stderr.decode()}")
+    return result.stdout.decode("utf-8")
+
+
+def schema(name):
+    return json.loads((SCHEMAS / f"{name}.schema.json").read_text(encoding="utf-8"))
+
+
+def item_schema(name):
+    """What one line of a list is: the schema of the list's items."""
+    whole = schema(name)
+    return {"$defs": whole["$defs"], **whole["items"]}
+
+
+def check(value, its_schema):
+    jsonschema.Draft202012Validator(its_schema).validate(value)
+
+
+def setUpModule():
+    global FOLDER
+    FOLDER = tempfile.TemporaryDirectory()
+    built = start(DESKTOP, "build", SAMPLE, "--state", pathlib.Path(FOLDER.name) / "state.json")
+    if built.returncode != 0:
+        FOLDER.cleanup()
+        raise RuntimeError(built.stderr.decode())
+
+
+def tearDownModule():
+    start(DESKTOP, "remove", "--state", pathlib.Path(FOLDER.name) / "state.json")
+    FOLDER.cleanup()
+
+
+def request_file():
+    path = pathlib.Path(FOLDER.name) / "request.json"
+    path.write_text(json.dumps(REQUEST), encoding="utf-8")
+    return path
+
+
+class Schemas(unittest.TestCase):
+    def test_each_is_a_schema(self):
+        paths = list(SCHEMAS.glob("*.json"))
+        self.assertGreaterEqual(len(paths), 7)
+        for path in paths:
+            jsonschema.Draft202012Validator.check_schema(json.loads(path.read_text(encoding="utf-8")))
+
+    def test_each_object_is_closed_and_each_member_described(self):
+        for path in SCHEMAS.glob("*.json"):
+            for described in objects_with_properties(json.loads(path.read_text(encoding="utf-8"))):
+                self.assertIs(described.get("additionalProperties"), False, path.name)
+                for name, member in described["properties"].items():
+                    self.assertTrue(member.get("description"), f"{path.name}: {name}")
+
+    def test_the_request_that_the_tests_send_fits(self):
+        check(REQUEST, schema("find-request"))
+        for spoilt in ({"name": "no exeName"}, {"exeName": ""}, {"exeName": "a", "other": 1}, {"exeName": 'a"'}):
+            with self.assertRaises(jsonschema.ValidationError):
+                check([spoilt], schema("find-request"))
+
+
+def objects_with_properties(node):
+    if isinstance(node, dict):
+        if "properties" in node:
+            yield node
+        node = list(node.values())
+    if isinstance(node, list):
+        for part in node:
+            yield from objects_with_properties(part)
+
+
+class Library(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = pathlib.Path(FOLDER.name) / "answers"
+        cls.folder.mkdir()
+        result = start(ANSWERS, CATALOGUE, EXECUTABLE, request_file(), cls.folder)
+        if result.returncode != 0:
+            raise RuntimeError(f"{ANSWERS} ended with {result.returncode}: {result.stderr.decode()}")
+
+    def answer(self, name):
+        return json.loads((self.folder / f"{name}.json").read_text(encoding="utf-8"))
+
+    def test_scan(self):
+        games = self.answer("scan")
+        check(games, schema("library-scan"))
+        self.assertGreater(len(games), 30)
+        refuses_spoilt(self, games, schema("library-scan"))
+
+    def test_details(self):
+        details = self.answer("details")
+        check(details, schema("game-details"))
+        self.assertEqual(details["exe"], "fernpad.exe")
+        check(self.answer("details-none"), schema("game-details"))
+        refuses_spoilt(self, details, schema("game-details"))
+
+    def test_applications(self):
+        page = self.answer("apps-page")
+        check(page, schema("applications"))
+        self.assertEqual(len(page), 5)
+        self.assertEqual(self.answer("apps-none"), [])
+        every = self.answer("apps-all")
+        check(every, schema("all-applications"))
+        self.assertGreater(len(every), 5)
+        refuses_spoilt(self, page, schema("applications"))
+        refuses_spoilt(self, every, schema("all-applications"))
+
+    def test_lookups(self):
+        found = self.answer("find")
+        check(found, schema("applications"))
+        self.assertEqual([game["name"] for game in found], ["Mine", "Harbour Mail \u2014 \u041f\u043e\u0447\u0442\u0430"])
+        self.assertEqual(self.answer("find-by-file"), found)
+
+
+def spoilt_forms(value):
+    """The value with one thing wrong in it: for each member of an object, missing and of another type; and one
+    more member. Of a list only the first item is spoilt."""
+    if isinstance(value, list):
+        for spoilt in spoilt_forms(value[0]):
+            yield [spoilt, *value[1:]]
+        return
+    for name in value:
+        missing = copy.deepcopy(value)
+        del missing[name]
+        yield missing
+        yield {**value, name: None}
+    yield {**value, "unheardOf": ""}
+
+
+def refuses_spoilt(test, value, its_schema):
+    count = 0
+    for spoilt in spoilt_forms(value):
+        count += 1
+        with test.assertRaises(jsonschema.ValidationError, msg=str(spoilt)[:200]):
+            check(spoilt, its_schema)
+    test.assertGreater(count, 2)
+
+
+def cell(value):
+    """A value as the program's comma-separated values hold it: what could be run as a formula has a mark in front."""
+    return "'" + value if isinstance(value, str) and value[:1] in tuple("=+-@\t\r") else str(value)
+
+
+class Program(unittest.TestCase):
+    def check_list(self, name, *command):
+        """The list in every format: JSON fits its schema, and the others hold the same rows. Returns the rows."""
+        text = tarnwick(*command, "--format", "json")
+        rows = json.loads(text)
+        self.assertEqual(text.count("\n"), 1)
+        check(rows, schema(name))
+        self.assertGreater(len(rows), 0)
+        self.check_lines(name, rows, tarnwick(*command, "--format", "ndjson"))
+        self.check_cells(name, rows, tarnwick(*command, "--format", "csv"))
+        refuses_spoilt(self, rows, schema(name))
+        return rows
+
+    def check_lines(self, name, rows, text):
+        self.assertTrue(text.endswith("\n"))
+        lines = [json.loads(line) for line in text.split("\n")[:-1]]
+        for line in lines:
+            check(line, item_schema(name))
+        self.assertEqual(lines, rows)
+        self.assertEqual([list(line) for line in lines], [list(row) for row in rows])
+        refuses_spoilt(self, lines[0], item_schema(name))
+
+    def check_cells(self, name, rows, text):
+        self.assertFalse(text.startswith("\ufeff"))
+        self.assertTrue(text.endswith("\r\n"))
+        members, *cells = csv.reader(io.StringIO(text, newline=""), strict=True)
+        self.assertEqual(members, list(rows[0]))
+        self.assertEqual(members, list(next(iter(schema(name)["$defs"].values()))["properties"]))
+        self.assertEqual(cells, [[cell(row[member]) for member in members] for row in rows])
+
+    def test_scan(self):
+        rows = self.check_list("program-scan", "scan", CATALOGUE)
+        found_by = {row["name"]: (row["launcher"], row["foundBy"]) for row in rows}
+        self.assertEqual(found_by["Kiteborne"], ("Steam", "Steam Games Scan"))
+        self.assertTrue(all(row["icon"] for row in rows))
+        bare = self.check_list("program-scan", "scan", CATALOGUE, "--no-icons")
+        self.assertEqual(bare, [{**row, "icon": ""} for row in rows])
+
+    def test_apps(self):
+        page = self.check_list("applications", "apps", "--page-size", "3")
+        self.assertEqual(len(page), 3)
+        every = self.check_list("all-applications", "apps", "--all")
+        self.assertGreater(len(every), 5)
+        bare = self.check_list("all-applications", "apps", "--all", "--no-icons")
+        self.assertEqual(bare, [{**row, "icon": ""} for row in every])
+
+    def test_find(self):
+        rows = self.check_list("applications", "find", request_file())
+        self.assertEqual(rows[0]["name"], "Mine")
+
+    def test_details(self):
+        details = json.loads(tarnwick("details", EXECUTABLE, "--format", "json"))
+        check(details, schema("game-details"))
+        bare = json.loads(tarnwick("details", EXECUTABLE, "--format", "json", "--no-icons"))
+        check(bare, schema("game-details"))
+        self.assertEqual(bare, {**details, "ico": ""})
+
+    def test_watch(self):
+        with subprocess.Popen([*WINE, "notepad"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL) as window:
+            try:
+                lines = self.watched_lines()
+            finally:
+                window.terminate()
+        for line in lines:
+            check(line, schema("watch-line"))
+        refuses_spoilt(self, lines[0], schema("watch-line"))
+
+    def watched_lines(self):
+        """What the watch says, which must wait until the window that was started is there."""
+        end = time.monotonic() + 60
+        while time.monotonic() < end:
+            text = tarnwick("watch", "--format", "json", "--interval", "50", "--for", "1000")
+            if text:
+                return [json.loads(line) for line in text.splitlines()]
+        raise AssertionError("the watch saw no foreground process")
+
+    def test_empty_lists_have_the_shape_of_full_ones(self):
+        nothing = ("apps", "--filter", "no application of this name")
+        self.assertEqual(tarnwick(*nothing, "--format", "json"), "[]\n")
+        self.assertEqual(tarnwick(*nothing, "--format", "ndjson"), "")
+        members = list(schema("applications")["$defs"]["application"]["properties"])
+        self.assertEqual(tarnwick(*nothing, "--format", "csv"), ",".join(members) + "\r\n")
+
+
+if __name__ == "__main__":
+    if len(sys.argv) < 4:
+        sys.exit(__doc__)
+    TARNWICK, DESKTOP, ANSWERS = sys.argv[1:4]
+    unittest.main(argv=[sys.argv[0], *sys.argv[4:]])
