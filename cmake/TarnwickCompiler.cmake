@@ -15,6 +15,10 @@ else()
     # Windows' headers read the thread's block through a segment register at offset 0, which g++ takes for a null pointer.
     target_compile_options(tarnwick_options INTERFACE --param=min-pagesize=0)
   endif()
+  if(MINGW AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    # g++ 12's std::stable_sort asks for its memory in a way that C++20 deprecates.
+    target_compile_options(tarnwick_options INTERFACE -Wno-deprecated-declarations)
+  endif()
 endif()
 
 if(WIN32)
@@ -28,4 +32,7 @@ elseif(TARNWICK_SANITIZE)
   target_compile_options(tarnwick_options INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined
                          -fno-omit-frame-pointer)
   target_link_options(tarnwick_options INTERFACE -fsanitize=address,undefined)
+elseif(TARNWICK_COVERAGE)
+  target_compile_options(tarnwick_options INTERFACE -fprofile-instr-generate -fcoverage-mapping)
+  target_link_options(tarnwick_options INTERFACE -fprofile-instr-generate)
 endif()

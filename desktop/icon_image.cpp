@@ -3,94 +3,30 @@
 
 #include "desktop/bytes.h"
 
-#include <algorithm>
+#include <zlib.h>
 #include <stdexcept>
 
 namespace tarnwick::desktop {
 namespace {
 
-uint32_t Crc32(const std::string& bytes) {
-  uint32_t crc = 0xFFFFFFFF;
-  for (const char byte : bytes) {
-    crc ^= static_cast<unsigned char>(byte);
-    for (int bit = 0; bit < 8; ++bit) crc = (crc & 1) != 0 ? (crc >> 1) ^ 0xEDB88320 : crc >> 1;
+const Bytef* ZlibBytes(const std::string& bytes) { return reinterpret_cast<const Bytef*>(bytes.data()); }
+
+std::string Compressed(const std::string& bytes) {
+  uLongf length = compressBound(static_cast<uLong>(bytes.size()));
+  std::string packed(length, '\0');
+  if (compress(reinterpret_cast<Bytef*>(packed.data()), &length, ZlibBytes(bytes),
+               static_cast<uLong>(bytes.size())) != Z_OK) {
+    throw std::runtime_error("an icon image can't be compressed");
   }
-  return ~crc;
-}
-
-uint32_t Adler32(const std::string& bytes) {
-  uint32_t low = 1;
-  uint32_t high = 0;
-  for (const char byte : bytes) {
-    low = (low + static_cast<unsigned char>(byte)) % 65521;
-    high = (high + low) % 65521;
-  }
-  return (high << 16) | low;
-}
-
-// The bit stream of the deflate format: numbers begin with their low bit, codes with their high bit.
-struct BitStream {
-  std::string bytes;
-  int used = 8;
-};
-
-void PutBits(BitStream& stream, uint32_t bits, int count) {
-  for (int bit = 0; bit < count; ++bit) {
-    if (stream.used == 8) {
-      stream.bytes.push_back('\0');
-      stream.used = 0;
-    }
-    stream.bytes.back() = static_cast<char>(stream.bytes.back() | (((bits >> bit) & 1) << stream.used));
-    ++stream.used;
-  }
-}
-
-void PutCode(BitStream& stream, uint32_t code, int count) {
-  for (int bit = count - 1; bit >= 0; --bit) PutBits(stream, (code >> bit) & 1, 1);
-}
-
-void PutLiteral(BitStream& stream, unsigned char byte) {
-  byte < 144 ? PutCode(stream, 0x30u + byte, 8) : PutCode(stream, 0x190u + byte - 144u, 9);
-}
-
-// Copies 258 bytes, the longest match, from `distance` back.
-void PutLongestMatch(BitStream& stream, uint32_t distanceCode, uint32_t extra, int extraBits) {
-  PutCode(stream, 0xC0 + 285 - 280, 8);
-  PutCode(stream, distanceCode, 5);
-  PutBits(stream, extra, extraBits);
-}
-
-// Deflates rows that are all alike: the first pixel is written, everything else copies from four bytes, or
-// from one row, back. What doesn't fill a longest match is written byte by byte.
-std::string Deflate(const std::string& rows, size_t rowLength) {
-  BitStream stream;
-  PutBits(stream, 1, 1);  // the last block
-  PutBits(stream, 1, 2);  // fixed codes
-  size_t place = 0;
-  const bool rowFits = rowLength == 1025;  // distance code 20 begins at 1025
-  while (place < rows.size()) {
-    const size_t inRow = place % rowLength;
-    const bool room = rows.size() - place >= 258;
-    if (rowFits && place >= rowLength && room) {
-      PutLongestMatch(stream, 20, 0, 9);
-      place += 258;
-    } else if (place < rowLength && inRow >= 5 && rowLength - inRow >= 258) {
-      PutLongestMatch(stream, 3, 0, 0);
-      place += 258;
-    } else {
-      PutLiteral(stream, static_cast<unsigned char>(rows[place]));
-      ++place;
-    }
-  }
-  PutCode(stream, 0, 7);  // end of block
-  return stream.bytes;
+  packed.resize(length);
+  return packed;
 }
 
 void AppendChunk(std::string& png, const std::string& type, const std::string& data) {
   AppendBigEndian32(png, static_cast<uint32_t>(data.size()));
   const std::string body = type + data;
   png += body;
-  AppendBigEndian32(png, Crc32(body));
+  AppendBigEndian32(png, static_cast<uint32_t>(crc32(0, ZlibBytes(body), static_cast<uInt>(body.size()))));
 }
 
 std::string BitmapBytes(const IconImage& image) {
@@ -118,11 +54,9 @@ std::string PngBytes(int size, uint32_t rgb) {
   for (int pixel = 0; pixel < size; ++pixel) AppendBigEndian32(row, (rgb << 8) | 0xFF);
   std::string rows;
   for (int line = 0; line < size; ++line) rows += row;
-  std::string data = "\x78\x01" + Deflate(rows, row.size());
-  AppendBigEndian32(data, Adler32(rows));
   std::string png = "\x89PNG\r\n\x1A\n";
   AppendChunk(png, "IHDR", header);
-  AppendChunk(png, "IDAT", data);
+  AppendChunk(png, "IDAT", Compressed(rows));
   AppendChunk(png, "IEND", {});
   return png;
 }

@@ -148,7 +148,7 @@ std::string OptionalHeader(uint32_t imageLength, Directory resources) {
   Append32(header, 0);
   Append16(header, 3);       // console
   Append16(header, 0x8100);  // data is not executable, terminal server aware
-  for (const uint64_t size : {0x100000, 0x1000, 0x100000, 0x1000}) Append64(header, size);
+  for (const uint64_t size : {0x100000u, 0x1000u, 0x100000u, 0x1000u}) Append64(header, size);
   Append32(header, 0);
   Append32(header, 16);
   Directory directories[16];

@@ -1,4 +1,4 @@
-// The merge of a scan's results. It knows nothing of Windows.
+// Reader: the merge of a scan's results.
 #include "core/merge.h"
 
 #include "core/steam_url.h"

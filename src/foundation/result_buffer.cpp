@@ -1,4 +1,4 @@
-// Free of Windows.
+// Reader: answers in a buffer.
 #include "foundation/result_buffer.h"
 
 #include <algorithm>

@@ -51,7 +51,7 @@ RegistryKey OpenKeyInSomeView(const std::string& keyText) {
   if (!ParseRegistryPath(keyText, root, subkey)) return {};
   RegistryKey key = OpenKey(root, subkey, KEY_READ);
   if (root != HKEY_LOCAL_MACHINE) return key;
-  for (const REGSAM view : {KEY_WOW64_64KEY, KEY_WOW64_32KEY}) {
+  for (const REGSAM view : {REGSAM{KEY_WOW64_64KEY}, REGSAM{KEY_WOW64_32KEY}}) {
     if (!key) key = OpenKey(root, subkey, KEY_READ | view);
   }
   return key;

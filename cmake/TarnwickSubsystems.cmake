@@ -3,7 +3,10 @@ set(TARNWICK_SUBSYSTEMS foundation catalogue matching steam launchers inventory 
 
 # Readers turn bytes into records and know nothing of Windows; the name says so. The few other units that are
 # as free of it are listed by hand.
-file(GLOB TARNWICK_NATIVE_UNITS CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/*/*_reader.cpp)
+file(GLOB_RECURSE TARNWICK_NATIVE_UNITS CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/*_reader.cpp)
 list(APPEND TARNWICK_NATIVE_UNITS
+  ${PROJECT_SOURCE_DIR}/src/foundation/result_buffer.cpp
   ${PROJECT_SOURCE_DIR}/src/foundation/text.cpp
-  ${PROJECT_SOURCE_DIR}/src/matching/path_text.cpp)
+  ${PROJECT_SOURCE_DIR}/src/matching/path_text.cpp
+  ${PROJECT_SOURCE_DIR}/src/matching/signature_index.cpp
+  ${PROJECT_SOURCE_DIR}/src/core/merge.cpp)
