@@ -302,6 +302,7 @@ TEST(HostProgram, ARefusedCatalogueLeavesNoOutputBehind) {
   EXPECT_EQ(RunProgram(kProgram, {"catalogue", "encipher", kFolder + R"(\other.xml)", "-o", output}).exitCode,
             1u);
   EXPECT_FALSE(std::ifstream(output).is_open());
+  std::remove(output.c_str());
 }
 
 // An application with an icon of its own in the Uninstall key.
