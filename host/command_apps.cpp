@@ -7,6 +7,7 @@
 #include "host/command_output.h"
 #include "host/commands.h"
 #include "host/console.h"
+#include "host/failure.h"
 #include "host/html_page.h"
 #include "host/presentation.h"
 #include "host/tables.h"
@@ -50,7 +51,7 @@ void TellOfMissingPage(const Options& options, const ApplicationCounts& counts) 
   const std::string missing = MissingPageText(counts);
   if (missing.empty()) return;
   if (options.format == Format::kTable) throw std::runtime_error(missing);
-  Tell(missing);
+  ReportLine(missing);
 }
 
 void WriteTable(const Options& options, const std::string& json, const ApplicationCounts& counts) {

@@ -8,6 +8,7 @@
 #include "host/command_output.h"
 #include "host/commands.h"
 #include "host/console.h"
+#include "host/failure.h"
 #include "host/input_file.h"
 
 namespace tarnwick::host {
@@ -31,7 +32,7 @@ int RunEncipher(const Options& options) {
   std::vector<unsigned char> bytes(file.bytes.begin(), file.bytes.end());
   if (!EncipherCatalogue(bytes)) throw std::runtime_error(options.input + " could not be enciphered");
   const std::string warning = CatalogueWarning(options.input, file);
-  if (!warning.empty()) Tell(warning);
+  if (!warning.empty()) ReportLine(warning);
   WriteResult(options.output, std::string(bytes.begin(), bytes.end()));
   return kExitSuccess;
 }

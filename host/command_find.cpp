@@ -7,6 +7,7 @@
 #include "host/command_output.h"
 #include "host/commands.h"
 #include "host/console.h"
+#include "host/failure.h"
 #include "host/find_request.h"
 #include "host/presentation.h"
 #include "host/tables.h"
@@ -21,7 +22,7 @@ void TellOfUnmatched(const FindRequest& request) {
   constexpr int32_t kLengthOfEmptyList = 2;
   for (const RequestEntry& entry : request.entries) {
     if (!entry.asks || IA_FindGamesJson(entry.text.c_str(), nullptr, 0) > kLengthOfEmptyList) continue;
-    Tell(entry.label + ": no installed application has it");
+    ReportLine(entry.label + ": no installed application has it");
   }
 }
 
@@ -39,7 +40,7 @@ int RunFind(const Options& options) {
   const std::string json = CallWithLog(options, [&](char* buffer, int size) {
     return IA_FindGamesByFile(options.input.c_str(), buffer, size);
   });
-  for (const std::string& line : IgnoredEntries(request)) Tell(line);
+  for (const std::string& line : IgnoredEntries(request)) ReportLine(line);
   Rows rows = RowsFromJson(json);
   const size_t found = rows.size();
   if (found < CountAsking(request)) TellOfUnmatched(request);

@@ -7,8 +7,6 @@
 
 namespace tarnwick::host {
 
-void Tell(const std::string& line) { WriteStandardError("tarnwick: " + line + "\n"); }
-
 size_t TableWidth(const Options& options) { return options.output.empty() ? TerminalWidth() : 0; }
 
 void WriteRows(const Options& options, Rows rows, const Members& members) {

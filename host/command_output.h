@@ -13,9 +13,6 @@
 
 namespace tarnwick::host {
 
-// One line for people.
-void Tell(const std::string& line);
-
 // The columns that a table may take: a file has no limit.
 size_t TableWidth(const Options& options);
 

@@ -6,6 +6,7 @@
 #include "host/command_output.h"
 #include "host/commands.h"
 #include "host/console.h"
+#include "host/failure.h"
 #include "host/html_page.h"
 #include "host/presentation.h"
 #include "host/progress.h"
@@ -26,7 +27,7 @@ std::string CheckedCatalogue(const Options& options) {
   const CatalogueFile file = InspectCatalogue(path);
   if (!file.fault.empty()) throw std::runtime_error(file.fault);
   const std::string warning = CatalogueWarning(path, file);
-  if (!warning.empty()) Tell(warning);
+  if (!warning.empty()) ReportLine(warning);
   return path;
 }
 

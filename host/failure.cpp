@@ -11,7 +11,7 @@
 
 namespace tarnwick::host {
 
-void ReportFailure(std::string_view text) noexcept {
+void ReportLine(std::string_view text) noexcept {
   try {
     DrawProgress("");
     WriteStandardError("tarnwick: " + PrintableText(std::string(text)) + "\n");
@@ -25,11 +25,11 @@ int RunReportingFailures(const std::function<int()>& body) noexcept {
   try {
     return body();
   } catch (const std::bad_alloc&) {
-    ReportFailure("out of memory");
+    ReportLine("out of memory");
   } catch (const std::exception& error) {
-    ReportFailure(error.what());
+    ReportLine(error.what());
   } catch (...) {
-    ReportFailure("an error of unknown kind");
+    ReportLine("an error of unknown kind");
   }
   return kExitFailure;
 }

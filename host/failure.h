@@ -1,5 +1,5 @@
 #pragma once
-// What went wrong, told in one line.
+// What went wrong or is worth knowing, told in one line.
 
 #include <functional>
 #include <string_view>
@@ -7,7 +7,7 @@
 namespace tarnwick::host {
 
 // Writes "tarnwick: `text`" as one line to the standard error, over the progress if any is drawn there.
-void ReportFailure(std::string_view text) noexcept;
+void ReportLine(std::string_view text) noexcept;
 
 // Runs `body` and returns its exit code. Whatever it throws is reported and becomes kExitFailure.
 int RunReportingFailures(const std::function<int()>& body) noexcept;

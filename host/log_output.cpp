@@ -17,7 +17,7 @@ LogOutput::LogOutput(const Options& options) : toStandardError_(options.log) {
 }
 
 LogOutput::~LogOutput() {
-  if (!failure_.empty()) ReportFailure("the log is incomplete: " + failure_);
+  if (!failure_.empty()) ReportLine("the log is incomplete: " + failure_);
 }
 
 void LogOutput::Write(const LogEntry& entry) noexcept {

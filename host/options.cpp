@@ -217,7 +217,7 @@ int ExplainParseError(const CLI::App& app, const std::vector<std::string>& argum
     return kExitSuccess;
   }
   const std::string unknown = UnknownCommand(app, arguments);
-  ReportFailure(unknown.empty() ? error.what() : unknown);
+  ReportLine(unknown.empty() ? error.what() : unknown);
   WriteStandardError("Run with --help for more information.\n");
   return kExitUsage;
 }

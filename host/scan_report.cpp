@@ -100,7 +100,9 @@ void ScanReporter::AddFact(const std::string& line) {
   }
   if (line == "Fallback to MasterGameList.xml") report_.fellBack = true;
   for (const UnreadLauncher& launcher : kUnreadLaunchers) {
-    if (line.starts_with(launcher.line)) report_.notes.push_back(launcher.note);
+    if (!line.starts_with(launcher.line)) continue;
+    // Two threads write these lines, in an order of their own at every scan.
+    report_.notes.insert(std::ranges::lower_bound(report_.notes, launcher.note), launcher.note);
   }
 }
 

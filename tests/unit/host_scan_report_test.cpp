@@ -93,9 +93,12 @@ TEST(HostScanReport, NotesTheLaunchersWhoseDatabasesAreNotRead) {
   lines.push_back({7, 8, "[ItchIoSearch] Can't open database: SQLite library not found"});
   lines.push_back({8, 7, "[TwitchSearch] Can't open database: SQLite library not found"});
   const ScanReport report = Feed(lines).Report();
-  EXPECT_THAT(report.notes,
-              testing::ElementsAre("itch.io is here: Tarnwick recognises it, but reads no games from it.",
-                                   "Twitch is here: Tarnwick recognises it, but reads no games from it."));
+  const auto both =
+      testing::ElementsAre("Twitch is here: Tarnwick recognises it, but reads no games from it.",
+                           "itch.io is here: Tarnwick recognises it, but reads no games from it.");
+  EXPECT_THAT(report.notes, both);
+  std::swap(lines[6], lines[7]);
+  EXPECT_THAT(Feed(lines).Report().notes, both);
   // They stay among the lines of their threads.
   EXPECT_EQ(report.strategies[1].lines.size(), 1u);
 }
