@@ -73,6 +73,9 @@ std::string TestProgramFolder() {
 
 ProgramResult RunProgram(const std::string& program, const std::vector<std::string>& arguments,
                          const std::string& folder) {
+  // Wine's shell, which the first program to ask for the desktop starts, inherits that program's pipes and
+  // keeps them open. So the desktop is asked for before there are any.
+  GetDesktopWindow();
   std::wstring commandLine = Quoted(TestProgramFolder() + program);
   for (const std::string& argument : arguments) commandLine += L' ' + Quoted(argument);
   Pipe output;
