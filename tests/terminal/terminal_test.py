@@ -138,9 +138,10 @@ def column_of(line, word):
 
 
 def table_of(lines):
-    """The rows below the rule, up to the first line that isn't one of the table's."""
+    """The rows below the rule and the line of counts behind them, and where the columns start. Notes stand below that."""
     rule = next(i for i, line in enumerate(lines) if set(line) == {"\u2500", " "})
-    return lines[rule + 1 :], [match.start() for match in re.finditer("\u2500+", lines[rule])]
+    counts = next(i for i, line in enumerate(lines) if re.match(r"\d+ (games|applications)\b|\d+ of \d+ app", line))
+    return lines[rule + 1 : counts + 1], [match.start() for match in re.finditer("\u2500+", lines[rule])]
 
 
 def windows(path):
@@ -219,9 +220,8 @@ class Screen(World):
         self.assertRegex(row, r"  C:\\Program F[^\\]*\u2026\\mosaic\.exe$")
 
     def test_a_scan_at_40_columns_wraps_no_row(self):
-        lines = on_terminal("scan", CATALOGUE, columns=40).lines
-        self.assert_fits(lines, 40)
-        rows, starts = table_of(lines)
+        rows, starts = table_of(on_terminal("scan", CATALOGUE, columns=40).lines)
+        self.assert_fits(rows, 40)
         self.assertEqual(len(rows) - 1, len(self.games()))
         self.assertEqual(len(starts), 4)
         self.assert_aligned(rows[:-1], starts)
@@ -338,7 +338,7 @@ class Screen(World):
 class Arguments(World):
     def test_a_format_is_taken_in_any_letter_case_by_every_command(self):
         request = pathlib.Path(self.path("request.json"))
-        request.write_text('[{"name":"Mine","exeName":"lantern.exe","exePath":""}]', encoding="utf-8")
+        request.write_text('[{"name":"Mine","exeName":"fernpad.exe","exePath":""}]', encoding="utf-8")
         for command in (("scan", CATALOGUE), ("apps",), ("find", str(request)),
                         ("details", r"C:\Games\Lantern Harbour\lantern.exe"), ("watch", "--for", "500")):
             result = run(*command, "--format", "JSON")
@@ -387,7 +387,7 @@ class Losses(World):
 
     def test_a_find_can_lose_its_output_as_well(self):
         request = pathlib.Path(self.path("lost.json"))
-        request.write_text('[{"name":"Mine","exeName":"lantern.exe","exePath":""}]', encoding="utf-8")
+        request.write_text('[{"name":"Mine","exeName":"fernpad.exe","exePath":""}]', encoding="utf-8")
         with open("/dev/full", "wb") as full:
             self.assert_told(run("find", str(request), "--format", "json", stdout=full))
 
