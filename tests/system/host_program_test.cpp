@@ -1,6 +1,7 @@
 // tarnwick.exe as a person or a script runs it.
 #include "desktop/desktop.h"
 #include "support/process.h"
+#include "support/uninstall_key.h"
 
 #include <gmock/gmock.h>
 
@@ -153,8 +154,7 @@ TEST(HostProgram, ACatalogueGoesThroughEncipherAndDecipherUnchanged) {
 // An application with an icon of its own in the Uninstall key.
 desktop::Desktop OneApplication() {
   desktop::Desktop world;
-  const std::string key =
-      R"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall\TarnwickHostTest)";
+  const std::string key = kUninstallKey + "TarnwickHostTest";
   world.Executable(kFolder + R"(\Werkzeug Ä\tool.exe)", {{{{{32, 0x00FF00}}}}, {}, 0});
   world.String(key, "DisplayName", "Werkzeug Ä");
   world.String(key, "Publisher", "Hostmacher");
