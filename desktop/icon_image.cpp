@@ -39,7 +39,7 @@ std::string BitmapBytes(const IconImage& image) {
   Append16(bytes, 32);
   for (int field = 0; field < 6; ++field) Append32(bytes, 0);
   for (uint32_t pixel = 0; pixel < size * size; ++pixel) Append32(bytes, 0xFF000000 | (image.rgb & 0xFFFFFF));
-  bytes.append((size + 31) / 32 * 4 * size, '\0');
+  bytes.append(size_t{size + 31} / 32 * 4 * size, '\0');
   return bytes;
 }
 

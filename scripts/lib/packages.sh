@@ -6,13 +6,15 @@ TARNWICK_BUILD_PACKAGES=(
   cmake ninja-build
   gcc-mingw-w64-x86-64-posix g++-mingw-w64-x86-64-posix
   googletest nlohmann-json3-dev libcli11-dev libfmt-dev
+  libz-mingw-w64-dev
 )
 # Running it on this machine.
 TARNWICK_RUN_PACKAGES=(wine wine64 xvfb)
-# The tests beside that: sanitizers and fuzz targets, benches, the page in a browser, the scripts themselves.
+# The tests beside that: sanitizers and fuzz targets, benches, the page in a browser, terminals, schemas, the scripts
+# themselves.
 TARNWICK_TEST_PACKAGES=(
-  clang-19 libclang-rt-19-dev clang-format-19 libbenchmark-dev libpugixml-dev
-  chromium chromium-driver python3 python3-selenium shellcheck
+  clang-19 libclang-rt-19-dev clang-format-19 clang-tidy-19 llvm-19 libbenchmark-dev libpugixml-dev
+  chromium chromium-driver python3 python3-selenium python3-pyte python3-jsonschema shellcheck
 )
 
 say() { printf '== %s\n' "$*"; }
@@ -53,4 +55,10 @@ ensure_packages() {
     fail "apt-get could not install: ${missing[*]}"
   fi
   rm -f "$log"
+}
+
+# Node and npm from wherever they are; Debian's only where there are none, for they conflict with others' packages.
+ensure_node() {
+  if command -v node >/dev/null && command -v npm >/dev/null; then return; fi
+  ensure_packages nodejs npm
 }

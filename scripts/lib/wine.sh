@@ -1,6 +1,5 @@
 # shellcheck shell=bash
-# A Windows to run on: a Wine prefix and a display of the build tree's own, made anew and ended with the script. Sourced by
-# the scripts.
+# A Windows to run on: a Wine prefix and a display of the build tree's own, ended with the script. Sourced by the scripts.
 
 export WINEPREFIX=${TARNWICK_WINEPREFIX:-$PWD/build/wine}
 export WINEDEBUG=${WINEDEBUG:--all}
@@ -10,13 +9,18 @@ export WINEARCH=win64
 # The prefix is ours alone, so tests and the desktop builder may write its registry and its drive C:.
 export TARNWICK_THROWAWAY_MACHINE=1
 
+# Says that the prefix was set up and that whoever used it last came to an end, so that nothing was left behind on it.
+wine_is_clean=$WINEPREFIX/tarnwick-is-clean
+
 display_pid=
 
 # Wine first: its processes complain aloud about a display that goes away under them.
 end_wine() {
+  local status=$?
   wineserver -k >/dev/null 2>&1 || true
   wineserver -w >/dev/null 2>&1 || true
   if [ -n "$display_pid" ]; then kill "$display_pid" 2>/dev/null || true; fi
+  if [ "$status" -le 1 ] && [ -d "$WINEPREFIX/drive_c/windows" ]; then wine --version >"$wine_is_clean"; fi
 }
 
 # The foreground window needs a display.
@@ -49,4 +53,17 @@ fresh_wine() {
     cat build/wine.log >&2
     fail "Wine could not set up its prefix $WINEPREFIX"
   fi
+}
+
+# The Windows that an earlier run left, if it is clean and of this Wine; otherwise a fresh one. For trying a few tests over
+# and over: a whole run starts from an empty Windows.
+warm_wine() {
+  if [ "$(cat "$wine_is_clean" 2>/dev/null)" != "$(wine --version)" ]; then
+    fresh_wine
+    return
+  fi
+  rm "$wine_is_clean"
+  trap end_wine EXIT
+  start_display
+  wineserver -p
 }

@@ -62,13 +62,14 @@ bool IsNormalWord(uint64_t word, uint64_t blankBefore) {
   return (notPlain | (blanks & (blanks << 8 | blankBefore))) == 0;
 }
 
-// Adds eight bytes at once if that can be done.
-bool AddWord(Normalizing& normal, const char* bytes) {
+// Adds eight bytes at once if that can be done, and there are eight.
+bool AddWord(Normalizing& normal, std::string_view bytes) {
+  if (bytes.size() != kWordSize) return false;
   uint64_t word;
-  std::memcpy(&word, bytes, kWordSize);
+  std::memcpy(&word, bytes.data(), kWordSize);
   if (!IsNormalWord(word, normal.gap || normal.length == 0 ? 0x80 : 0)) return false;
   if (normal.gap) normal.out[normal.length++] = ' ';
-  std::memcpy(normal.out + normal.length, bytes, kWordSize);
+  std::memcpy(normal.out + normal.length, bytes.data(), kWordSize);
   // A blank at the end waits for what follows.
   normal.gap = BlanksIn(word) >> 63 != 0;
   normal.length += kWordSize - (normal.gap ? 1 : 0);
@@ -230,7 +231,7 @@ std::string NormalizeElementText(std::string_view text) {
   Normalizing normal{out.data()};
   for (size_t at = 0; at < text.size(); at += kWordSize) {
     const std::string_view word = text.substr(at, kWordSize);
-    if (word.size() == kWordSize && AddWord(normal, word.data())) continue;
+    if (AddWord(normal, word)) continue;
     for (const char byte : word) AddByte(normal, byte);
   }
   out.resize(normal.length);

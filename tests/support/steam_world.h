@@ -3,6 +3,7 @@
 
 #include "catalogue/game_signature.h"
 #include "desktop/desktop.h"
+#include "support/uninstall_key.h"
 
 #include <string>
 
@@ -18,8 +19,7 @@ struct SteamWorld {
   }
   void UninstallKey(const std::string& name, const std::string& displayName, const std::string& location,
                     desktop::View view = desktop::View::k64) {
-    const std::string key =
-        R"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall\)" + name;
+    const std::string key = kUninstallKey + name;
     d.String(key, "DisplayName", displayName, view);
     d.String(key, "InstallLocation", location, view);
   }

@@ -3,6 +3,7 @@
 #include "desktop/desktop.h"
 #include "foundation/windows_api.h"
 #include "support/library.h"
+#include "support/uninstall_key.h"
 
 #include <gtest/gtest.h>
 
@@ -24,7 +25,7 @@ using namespace std::chrono_literals;
 constexpr auto kDuration = 60s;
 constexpr int kThreads = 16;
 const std::string kRoot = "C:\\TarnwickTest\\AllExports\\";
-const std::string kMachine = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
+const std::string& kMachine = tests::kUninstallKey;
 constexpr wchar_t kPublisher[] = L"Tarnwick All";
 
 void Install(Desktop& d, int number) {

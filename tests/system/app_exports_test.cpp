@@ -5,6 +5,7 @@
 #include "support/guarded_buffer.h"
 #include "support/library.h"
 #include "support/png_pixels.h"
+#include "support/uninstall_key.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -25,8 +26,8 @@ using testing::ElementsAre;
 using testing::Not;
 
 const std::string kRoot = "C:\\TarnwickTest\\AppExports\\";
-const std::string kMachine = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
-const std::string kUser = "HKEY_CURRENT_USER\\Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
+const std::string& kMachine = tests::kUninstallKey;
+const std::string& kUser = tests::kUserUninstallKey;
 constexpr uint32_t kRed = 0xCC2211;
 constexpr uint32_t kGreen = 0x11AA33;
 // Every application of these tests has this publisher, and no other application of the machine has it.

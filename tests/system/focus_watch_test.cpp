@@ -396,11 +396,16 @@ TEST_F(FocusWatchExports, AStopWithoutAStartReturnsAtOnceAndSaysNothing) {
 
 // A stop that comes before the thread's first poll ends it at once, so these rounds are quick; the unit tests
 // play as many with polls in them.
-TEST_F(FocusWatchExports, TenThousandQuickRoundsOfStartAndStop) {
+TEST_F(FocusWatchExports, WorksBehindTenThousandQuickRoundsOfStartAndStop) {
+  ASSERT_TRUE(BringForward(own.Window()));
   for (int i = 0; i < 10'000; ++i) {
     library.StartFocusWatch(50);
     library.StopFocusWatch();
   }
+  library.SetFocusCallbackEx(Record);
+  library.StartFocusWatch(50);
+  EXPECT_TRUE(WaitForReports(1));
+  library.StopFocusWatch();
 }
 
 TEST_F(FocusWatchExports, FiftyRoundsWithPollsReportOnceEach) {

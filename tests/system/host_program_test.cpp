@@ -3,6 +3,7 @@
 #include "desktop/wide_text.h"
 #include "foundation/owner.h"
 #include "support/process.h"
+#include "support/uninstall_key.h"
 
 #include <gmock/gmock.h>
 
@@ -308,8 +309,7 @@ TEST(HostProgram, ARefusedCatalogueLeavesNoOutputBehind) {
 // An application with an icon of its own in the Uninstall key.
 desktop::Desktop OneApplication() {
   desktop::Desktop world;
-  const std::string key =
-      R"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall\TarnwickHostTest)";
+  const std::string key = kUninstallKey + "TarnwickHostTest";
   world.Executable(kFolder + R"(\Werkzeug Ä\tool.exe)", {{{{{32, 0x00FF00}}}}, {}, 0});
   world.String(key, "DisplayName", "Werkzeug Ä");
   world.String(key, "Publisher", "Hostmacher");

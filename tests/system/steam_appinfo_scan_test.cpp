@@ -4,6 +4,7 @@
 #include "support/debug_capture.h"
 #include "support/library.h"
 #include "support/steam_bytes.h"
+#include "support/uninstall_key.h"
 
 #include <gmock/gmock.h>
 
@@ -23,7 +24,7 @@ const std::string kRoot = R"(C:\TarnwickTest\SteamAppInfoSystem)";
 const std::string kSteam = kRoot + R"(\Steam)";
 const std::string kAppInfo = kSteam + R"(\appcache\appinfo.vdf)";
 const std::string kCatalogue = kRoot + R"(\games.xml)";
-const std::string kUninstall = R"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall\)";
+const std::string& kUninstall = tests::kUninstallKey;
 
 std::string Scan(const tests::Library& library) {
   std::string buffer(1 << 20, '\0');

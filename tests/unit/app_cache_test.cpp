@@ -4,6 +4,7 @@
 #include "foundation/conversions.h"
 #include "foundation/owner.h"
 #include "support/debug_capture.h"
+#include "support/uninstall_key.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,9 +20,8 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::Not;
 
-const std::string kUninstall = "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
-const std::string kMachine = "HKEY_LOCAL_MACHINE\\" + kUninstall;
-const std::string kUser = "HKEY_CURRENT_USER\\" + kUninstall;
+const std::string& kMachine = tests::kUninstallKey;
+const std::string& kUser = tests::kUserUninstallKey;
 
 std::string Utf16Bytes(const std::wstring& text) {
   return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)};
@@ -214,8 +214,8 @@ TEST_F(AppCache, EveryFiftiethSubkeyIsLogged) {
   const tests::DebugCapture capture;
   ScanKey(HKEY_LOCAL_MACHINE, KEY_WOW64_64KEY);
   RegistryKey uninstall;
-  ASSERT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, Utf8ToWide(kUninstall).c_str(), 0, KEY_READ | KEY_WOW64_64KEY,
-                          uninstall.Receive()),
+  ASSERT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, Utf8ToWide(tests::kUninstallPath).c_str(), 0,
+                          KEY_READ | KEY_WOW64_64KEY, uninstall.Receive()),
             ERROR_SUCCESS);
   std::vector<std::string> expected;
   for (DWORD index = 0;; index += 50) {

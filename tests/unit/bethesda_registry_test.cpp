@@ -5,6 +5,7 @@
 #include "support/debug_capture.h"
 #include "support/describe.h"
 #include "support/failing_allocation.h"
+#include "support/uninstall_key.h"
 
 #include <gmock/gmock.h>
 
@@ -18,7 +19,7 @@ using testing::IsEmpty;
 
 const std::string kSoftware = R"(HKEY_LOCAL_MACHINE\SOFTWARE\)";
 const std::string kLauncherKey = kSoftware + R"(Bethesda Softworks\Bethesda.net)";
-const std::string kUninstall = kSoftware + R"(Microsoft\Windows\CurrentVersion\Uninstall\)";
+const std::string& kUninstall = tests::kUninstallKey;
 const std::string kFolder = R"(C:\TarnwickTest\Bethesda\)";
 const std::string kStart = "[BethesdaRegistry] Starting Bethesda Registry Search...";
 const std::string kNotInstalled = "[BethesdaRegistry] Bethesda launcher not installed.";

@@ -1,9 +1,7 @@
 #include "matching/default_exe_search.h"
 
-#include "desktop/desktop.h"
 #include "foundation/files.h"
-#include "support/debug_capture.h"
-#include "support/describe.h"
+#include "support/strategy_fixture.h"
 
 #include <gmock/gmock.h>
 #include <shlobj.h>
@@ -16,14 +14,13 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using tests::DebugCapture;
 using tests::Describe;
+using tests::kOddName;
 
 const std::string kFolder = "TarnwickTest\\DefaultExe";
 const std::string kRoot = "C:\\" + kFolder + "\\";
-const std::string kOddName = "caf\xC3\xA9 \xD0\x98\xD0\xB3\xD1\x80\xD0\xB0 \xE6\xBC\xA2";
 
-class DefaultExeSearch : public testing::Test {
+class DefaultExeSearch : public tests::StrategyTest {
  protected:
   static GameSignature Signature(const std::string& name, const std::string& folder) {
     GameSignature signature;
@@ -44,9 +41,6 @@ class DefaultExeSearch : public testing::Test {
     for (const ScanResult& result : ScanDefaultExe({signature}, "")) paths.push_back(result.exePath);
     return paths;
   }
-
-  desktop::Desktop desktop_;
-  DebugCapture capture_;
 };
 
 TEST_F(DefaultExeSearch, LogsItsFrameForNoGames) {
@@ -197,7 +191,7 @@ TEST(ListFixedDrives, ListsRootsInTheOrderOfTheLetters) {
   }
 }
 
-class DriveCandidates : public testing::Test {
+class DriveCandidates : public tests::StrategyTest {
  protected:
   DriveCandidates() {
     signature_.DefaultExe = "foo.exe";

@@ -3,6 +3,7 @@
 #include "desktop/journal.h"
 #include "desktop/wide_text.h"
 #include "foundation/owner.h"
+#include "support/uninstall_key.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -54,7 +55,7 @@ std::string Value(const std::string& key, const std::string& name, REGSAM view =
 }
 
 const std::string kTestKey = R"(HKEY_LOCAL_MACHINE\SOFTWARE\TarnwickDescriptionTest)";
-const std::string kUninstall = R"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall)";
+const std::string& kUninstall = tests::kUninstallKey;
 
 Desktop Build(const std::string& json) {
   Desktop desktop;
@@ -126,7 +127,7 @@ TEST(DesktopDescription, RegistersApplications) {
        "location": "C:\\TarnwickTest\\Wren", "icon": "%SystemDrive%\\w.exe,0", "uninstall": "u.exe", "sizeKb": 42},
       {"key": "Owl", "view": "32", "name": "Owl", "systemComponent": true},
       {"key": "Tit", "user": true, "name": "Tit"}]})");
-  const std::string wren = kUninstall + "\\Wren";
+  const std::string wren = kUninstall + "Wren";
   EXPECT_EQ(Value(wren, "DisplayName", KEY_WOW64_64KEY), "Wren Notes");
   EXPECT_EQ(Value(wren, "Publisher", KEY_WOW64_64KEY), "Nest");
   EXPECT_EQ(Value(wren, "DisplayVersion", KEY_WOW64_64KEY), "1.2");
@@ -135,10 +136,8 @@ TEST(DesktopDescription, RegistersApplications) {
   EXPECT_EQ(Value(wren, "DisplayIcon", KEY_WOW64_64KEY), R"(C:\w.exe,0)");
   EXPECT_EQ(Value(wren, "UninstallString", KEY_WOW64_64KEY), "u.exe");
   EXPECT_EQ(Value(wren, "EstimatedSize", KEY_WOW64_64KEY), "42");
-  EXPECT_EQ(Value(kUninstall + "\\Owl", "SystemComponent", KEY_WOW64_32KEY), "1");
-  EXPECT_EQ(
-      Value(R"(HKEY_CURRENT_USER\Software\Microsoft\Windows\CurrentVersion\Uninstall\Tit)", "DisplayName"),
-      "Tit");
+  EXPECT_EQ(Value(kUninstall + "Owl", "SystemComponent", KEY_WOW64_32KEY), "1");
+  EXPECT_EQ(Value(tests::kUserUninstallKey + "Tit", "DisplayName"), "Tit");
 }
 
 TEST(DesktopDescription, BuildsSteam) {
@@ -156,9 +155,9 @@ TEST(DesktopDescription, BuildsSteam) {
               HasSubstr(R"(C:\\TarnwickTest\\Description\\More)"));
   EXPECT_THAT(Content(steam + R"(\steamapps\appmanifest_70.acf)"), HasSubstr("Wren Folder"));
   EXPECT_THAT(Content(kFolder + R"(\More\steamapps\appmanifest_71.acf)"), HasSubstr("Owl"));
-  EXPECT_EQ(Value(kUninstall + "\\Steam App 70", "InstallLocation", KEY_WOW64_64KEY),
+  EXPECT_EQ(Value(kUninstall + "Steam App 70", "InstallLocation", KEY_WOW64_64KEY),
             steam + R"(\steamapps\common\Wren Folder)");
-  EXPECT_EQ(Value(kUninstall + "\\Steam App 71", "InstallLocation", KEY_WOW64_64KEY), "none");
+  EXPECT_EQ(Value(kUninstall + "Steam App 71", "InstallLocation", KEY_WOW64_64KEY), "none");
   EXPECT_EQ(Value(R"(HKEY_CURRENT_USER\Software\Valve\Steam\Apps\70)", "Installed"), "1");
   EXPECT_EQ(Value(R"(HKEY_CURRENT_USER\Software\Valve\Steam\Apps\71)", "Installed"), "none");
   EXPECT_EQ(Content(steam + R"(\appcache\appinfo.vdf)").substr(0, 1), "\x28");
@@ -186,8 +185,8 @@ TEST(DesktopDescription, BuildsTheLaunchersThatKeepFiles) {
   EXPECT_THAT(Content(data + R"(\Epic\UnrealEngineLauncher\LauncherInstalled.dat)"),
               HasSubstr("TarnwickOwl"));
   EXPECT_THAT(Content(kFolder + R"(\Uplay\cache\configuration\configurations)"), HasSubstr("Wren"));
-  EXPECT_EQ(Value(kUninstall + "\\Uplay", "InstallLocation", KEY_WOW64_32KEY), kFolder + "\\Uplay");
-  EXPECT_EQ(Value(kUninstall + "\\Uplay Install 17", "DisplayName", KEY_WOW64_32KEY), "Wren");
+  EXPECT_EQ(Value(kUninstall + "Uplay", "InstallLocation", KEY_WOW64_32KEY), kFolder + "\\Uplay");
+  EXPECT_EQ(Value(kUninstall + "Uplay Install 17", "DisplayName", KEY_WOW64_32KEY), "Wren");
   EXPECT_THAT(Content(data + R"(\Battle.net\Agent\Agent-t.log)"), HasSubstr("/game/wren"));
   EXPECT_THAT(Content(data + R"(\Riot Games\RiotClientInstalls.json)"), HasSubstr("rc_live"));
   EXPECT_THAT(Content(data + R"(\Riot Games\Metadata\wren.live\wren.live.product_settings.yaml)"),
@@ -229,12 +228,12 @@ TEST(DesktopDescription, BuildsTheLaunchersThatUseTheRegistryAlone) {
       "gameUx": {"games": [{"subkey": "{T-2}", "applicationId": "{T-3}", "executable": "C:\\g.exe"}]}})");
   const std::string software = R"(HKEY_LOCAL_MACHINE\SOFTWARE\)";
   EXPECT_EQ(Value(software + R"(EA Games\Wren)", "Product GUID", KEY_WOW64_32KEY), "{T-1}");
-  EXPECT_EQ(Value(kUninstall + "\\{T-1}", "DisplayIcon", KEY_WOW64_32KEY), R"(C:\w.exe)");
+  EXPECT_EQ(Value(kUninstall + "{T-1}", "DisplayIcon", KEY_WOW64_32KEY), R"(C:\w.exe)");
   EXPECT_EQ(Value(software + R"(GOG.com\Games\987001)", "exe", KEY_WOW64_64KEY), R"(C:\o.exe)");
   EXPECT_EQ(Value(software + R"(Bethesda Softworks\Bethesda.net)", "installLocation", KEY_WOW64_32KEY),
             kFolder + "\\Beth");
   EXPECT_TRUE(Exists(kFolder + R"(\Beth\BethesdaNetLauncher.exe)"));
-  EXPECT_THAT(Value(kUninstall + "\\Bethesda 5", "UninstallString", KEY_WOW64_32KEY),
+  EXPECT_THAT(Value(kUninstall + "Bethesda 5", "UninstallString", KEY_WOW64_32KEY),
               HasSubstr("bethesdanet://uninstall/5"));
   EXPECT_EQ(Value(software + R"(Perfect World Entertainment\Core\Jay)", "Client", KEY_WOW64_32KEY),
             R"(C:\j.exe)");

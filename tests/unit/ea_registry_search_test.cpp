@@ -1,25 +1,23 @@
 #include "launchers/ea_registry_search.h"
 
-#include "desktop/desktop.h"
-#include "support/debug_capture.h"
-#include "support/describe.h"
 #include "support/failing_allocation.h"
+#include "support/strategy_fixture.h"
+#include "support/uninstall_key.h"
 
 #include <gmock/gmock.h>
 
 namespace tarnwick {
 namespace {
 
-using desktop::Desktop;
 using desktop::View;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
 const std::string kSoftware = R"(HKEY_LOCAL_MACHINE\SOFTWARE\)";
-const std::string kUninstall = kSoftware + R"(Microsoft\Windows\CurrentVersion\Uninstall\)";
+const std::string& kUninstall = tests::kUninstallKey;
 const std::string kFolder = R"(C:\TarnwickTest\Ea\)";
 
-class EaRegistrySearch : public testing::Test {
+class EaRegistrySearch : public tests::StrategyTest {
  protected:
   void Publish(const std::string& publisher, const std::string& title, const std::string& guid) {
     desktop_.String(kSoftware + publisher + "\\" + title, "Product GUID", guid, View::k32);
@@ -40,9 +38,6 @@ class EaRegistrySearch : public testing::Test {
   }
 
   std::vector<std::string> Search() { return tests::Describe(EARegistrySearch({}, {})); }
-
-  Desktop desktop_;
-  tests::DebugCapture capture_;
 };
 
 std::string Expected(const std::string& name, const std::string& exe, const std::string& guid) {

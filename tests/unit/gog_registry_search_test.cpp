@@ -1,16 +1,13 @@
 #include "launchers/gog_registry_search.h"
 
-#include "desktop/desktop.h"
-#include "support/debug_capture.h"
-#include "support/describe.h"
 #include "support/failing_allocation.h"
+#include "support/strategy_fixture.h"
 
 #include <gmock/gmock.h>
 
 namespace tarnwick {
 namespace {
 
-using desktop::Desktop;
 using desktop::View;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -18,7 +15,7 @@ using testing::IsEmpty;
 const std::string kRoot = R"(HKEY_LOCAL_MACHINE\SOFTWARE\GOG.com\Games\)";
 const std::string kFolder = R"(C:\TarnwickTest\Gog\)";
 
-class GogRegistrySearchTest : public testing::Test {
+class GogRegistrySearchTest : public tests::StrategyTest {
  protected:
   std::string Game(const std::string& id, const std::string& name, View view = View::k32) {
     const std::string exe = kFolder + id + ".exe";
@@ -29,9 +26,6 @@ class GogRegistrySearchTest : public testing::Test {
   }
 
   std::vector<std::string> Search() { return tests::Describe(GogRegistrySearch({}, {})); }
-
-  Desktop desktop_;
-  tests::DebugCapture capture_;
 };
 
 std::string Expected(const std::string& name, const std::string& exe, const std::string& id) {

@@ -228,13 +228,14 @@ TEST_F(Icons, PathsInOtherLanguagesAndLongOnesWork) {
   EXPECT_EQ(ParseIconReference(path + L",0").path, path);
 }
 
-TEST_F(Icons, SpoiltIconFilesDoNoHarm) {
+TEST_F(Icons, SpoiltIconFilesGiveTheirOwnIconOrNone) {
   const std::string good = desktop::IconFileBytes(Group(kRed));
   d.File(kRoot + "empty.ico", "");
-  EXPECT_NO_FATAL_FAILURE(LoadIconFromFile(kWideRoot + L"empty.ico", 0));
+  EXPECT_FALSE(LoadIconFromFile(kWideRoot + L"empty.ico", 0));
   for (size_t length = 0; length < std::min<size_t>(good.size(), 200); length += 3) {
     d.File(kRoot + "cut.ico", good.substr(0, length));
-    LoadIconFromFile(kWideRoot + L"cut.ico", 0);
+    EXPECT_THAT(ColourOf(LoadIconFromFile(kWideRoot + L"cut.ico", 0)), testing::AnyOf(kRed, kNoIcon))
+        << length;
   }
   // Directory entries that lie: count, sizes and offsets at their largest.
   for (size_t at = 4; at < 6 + 16; ++at) {
@@ -244,17 +245,24 @@ TEST_F(Icons, SpoiltIconFilesDoNoHarm) {
     LoadIconFromFile(kWideRoot + L"lie.ico", 0);
   }
   d.File(kRoot + "text.ico", std::string(70000, 'x'));
-  LoadIconFromFile(kWideRoot + L"text.ico", 0);
+  EXPECT_FALSE(LoadIconFromFile(kWideRoot + L"text.ico", 0));
+  d.File(kRoot + "whole.ico", good);
+  EXPECT_EQ(ColourOf(LoadIconFromFile(kWideRoot + L"whole.ico", 0)), kRed);
 }
 
-TEST_F(Icons, SpoiltExecutablesDoNoHarm) {
+// Where the picture itself is cut, the system may show what is there of it.
+TEST_F(Icons, SpoiltExecutablesDoNoHarmToOthers) {
   const std::string good = desktop::ExecutableBytes(Coloured(kRed));
+  constexpr size_t kHeaders = 1024;
   for (size_t length = 0; length < good.size(); length += 1 + good.size() / 60) {
     // One file each: a decoder that faults may leave its file mapped, and so beyond rewriting.
     const std::string name = "cut" + std::to_string(length) + ".exe";
     d.File(kRoot + name, good.substr(0, length));
-    LoadIconFromFile(Utf8ToWide(kRoot + name), 0);
+    const uint32_t colour = ColourOf(LoadIconFromFile(Utf8ToWide(kRoot + name), 0));
+    if (length < kHeaders) EXPECT_EQ(colour, kNoIcon) << length;
   }
+  d.File(kRoot + "whole.exe", good);
+  EXPECT_EQ(ColourOf(LoadIconFromFile(kWideRoot + L"whole.exe", 0)), kRed);
 }
 
 TEST_F(Icons, TheStockIconIsWhatTheSystemHas) {

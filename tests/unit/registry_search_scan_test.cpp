@@ -1,8 +1,6 @@
 #include "matching/registry_search_scan.h"
 
-#include "desktop/desktop.h"
-#include "support/debug_capture.h"
-#include "support/describe.h"
+#include "support/strategy_fixture.h"
 
 #include <gmock/gmock.h>
 
@@ -11,14 +9,13 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using tests::DebugCapture;
 using tests::Describe;
+using tests::kOddName;
 
 const std::string kRoot = "C:\\TarnwickTest\\RegistrySearch\\";
 const std::string kKey = "HKEY_LOCAL_MACHINE\\SOFTWARE\\TarnwickTest\\RegistrySearch\\";
-const std::string kOddName = "caf\xC3\xA9 \xD0\x98\xD0\xB3\xD1\x80\xD0\xB0 \xE6\xBC\xA2";
 
-class RegistrySearchScan : public testing::Test {
+class RegistrySearchScan : public tests::StrategyTest {
  protected:
   GameSignature Install(const std::string& name) {
     const GameSignature signature = Signature(name);
@@ -35,9 +32,6 @@ class RegistrySearchScan : public testing::Test {
     signature.DefaultExe = "foo.exe";
     return signature;
   }
-
-  desktop::Desktop desktop_;
-  DebugCapture capture_;
 };
 
 TEST_F(RegistrySearchScan, LogsItsFrameForNoGames) {
@@ -122,7 +116,7 @@ TEST_F(RegistrySearchScan, AGameWithoutExecutablesHitsOnlyByAFileInTheInstallTex
   EXPECT_EQ(ScanRegistrySearch({game}, "").size(), 1u);
 }
 
-class ResolveRegistrySearch : public testing::Test {
+class ResolveRegistrySearch : public tests::StrategyTest {
  protected:
   std::string Resolve(const std::string& text) const {
     return ResolveRegistrySearchExe(kRoot + text, signature_);

@@ -5,6 +5,7 @@
 #include "support/debug_capture.h"
 #include "support/steam_bytes.h"
 #include "support/steam_world.h"
+#include "support/uninstall_key.h"
 
 #include <gmock/gmock.h>
 
@@ -27,8 +28,7 @@ using tests::SteamWorld;
 const std::string kRoot = R"(C:\TarnwickTest\SteamAppInfo)";
 const std::string kSteam = kRoot + R"(\Steam)";
 const std::string kAppInfo = kSteam + R"(\appcache\appinfo.vdf)";
-const std::string kUserUninstall =
-    R"(HKEY_CURRENT_USER\Software\Microsoft\Windows\CurrentVersion\Uninstall\)";
+const std::string& kUserUninstall = tests::kUserUninstallKey;
 
 const std::string kStart = "[SteamAppInfo] Starting Steam AppInfo Search...";
 const std::string kIndexing = "[SteamAppInfo] Indexing appinfo.vdf...";

@@ -5,6 +5,7 @@
 #include "matching/registry.h"
 #include "support/debug_capture.h"
 #include "support/steam_world.h"
+#include "support/uninstall_key.h"
 
 #include <gmock/gmock.h>
 
@@ -24,12 +25,11 @@ using tests::SteamWorld;
 
 const std::string kRoot = R"(C:\TarnwickTest\SteamGames)";
 const std::string kSteam = kRoot + R"(\Steam)";
-const std::string kUninstall = R"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall)";
 
 std::string UninstallCount() {
   std::set<std::string> names;
   for (const bool use64 : {false, true}) {
-    for (const std::string& name : EnumRegistrySubKeys(kUninstall, use64)) names.insert(name);
+    for (const std::string& name : EnumRegistrySubKeys(tests::kUninstallKey, use64)) names.insert(name);
   }
   return "[Steam] Found " + std::to_string(names.size()) + " uninstall registry entries";
 }
@@ -62,7 +62,7 @@ TEST(SteamGamesScan, WithoutSteamTheRegistryPassStillRuns) {
   EXPECT_EQ(results[0].name, "Game");
   EXPECT_EQ(results[0].exePath, folder + "\\g.exe");
   EXPECT_EQ(results[0].launchUrl, "steam://run/400");
-  EXPECT_EQ(results[0].source, kUninstall + "\\Steam App 400");
+  EXPECT_EQ(results[0].source, tests::kUninstallKey + "Steam App 400");
   EXPECT_TRUE(results[0].found);
   EXPECT_EQ(results[0].displayIcon, "");
   EXPECT_EQ(results[0].sourceKind, 0);
@@ -133,7 +133,7 @@ ScanResults ScanKey(const std::string& name, const std::string& id) {
 TEST(SteamGamesScan, AKeyInLowerCaseMatchesAndKeepsItsSpelling) {
   const ScanResults results = ScanKey("steam app 400", "400");
   ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].source, kUninstall + "\\steam app 400");
+  EXPECT_EQ(results[0].source, tests::kUninstallKey + "steam app 400");
   EXPECT_EQ(results[0].launchUrl, "steam://run/400");
 }
 
@@ -280,7 +280,7 @@ TEST(SteamGamesScan, AGameInBothPassesIsTheRegistrys) {
   const ScanResults results = ScanSteamGames({SteamSignature("400", "Catalogue", "portal.exe")}, "");
   ASSERT_THAT(results, SizeIs(1));
   EXPECT_EQ(results[0].name, "Registry");
-  EXPECT_EQ(results[0].source, kUninstall + "\\Steam App 400");
+  EXPECT_EQ(results[0].source, tests::kUninstallKey + "Steam App 400");
   EXPECT_THAT(log.Lines(),
               ElementsAre("[Steam] Starting Steam game scan...", UninstallCount(),
                           "[Steam] Found (Registry): Registry (ID: 400) -> " + folder + "\\portal.exe",

@@ -8,10 +8,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <objbase.h>
-#include <pthread.h>
 
 #include <atomic>
 #include <chrono>
+#include <future>
 #include <mutex>
 #include <optional>
 #include <stdexcept>
@@ -493,16 +493,23 @@ TEST_F(StrategyRunner, ThreadThatIsNotJoinableIsPassedOver) {
 }
 
 TEST_F(StrategyRunner, ThreadThatCanNotBeJoinedIsLoggedAndTheOthersAreJoined) {
-  // A thread that was detached behind its object's back: join() throws, and the object may not be destroyed.
-  const auto start = [](const ScanStrategy* strategy, const GameList* games,
-                        std::shared_ptr<ThreadResult> result) {
-    if (strategy->name != "Lost") return StartStrategyThread(strategy, games, std::move(result));
-    std::thread thread([] {});
-    pthread_detach(thread.native_handle());
-    return thread;
+  // A scan that is handed its own thread among those to join: join() throws, and the object may not be
+  // destroyed.
+  std::thread scan;
+  const auto start = [&scan](const ScanStrategy* strategy, const GameList* games,
+                             std::shared_ptr<ThreadResult> result) {
+    return strategy->name == "Lost" ? std::move(scan)
+                                    : StartStrategyThread(strategy, games, std::move(result));
   };
   const tests::DebugCapture capture;
-  const ScanResults all = RunStrategies({}, Table({{"Lost", 6, FindB}, {"A", 6, FindA}}), start);
+  std::promise<void> known;
+  std::promise<ScanResults> found;
+  scan = std::thread([&] {
+    known.get_future().wait();
+    found.set_value(RunStrategies({}, Table({{"Lost", 6, FindB}, {"A", 6, FindA}}), start));
+  });
+  known.set_value();
+  const ScanResults all = found.get_future().get();
   EXPECT_THAT(Names(all), ElementsAre("A"));
   EXPECT_THAT(capture.LinesWith("Error"), ElementsAre("Error joining thread"));
   EXPECT_THAT(capture.Lines(), Contains("Strategy [Lost] finished. Found: 0"));

@@ -1,8 +1,7 @@
 #include "matching/uninstall_registry_search.h"
 
-#include "desktop/desktop.h"
-#include "support/debug_capture.h"
-#include "support/describe.h"
+#include "support/strategy_fixture.h"
+#include "support/uninstall_key.h"
 
 #include <gmock/gmock.h>
 
@@ -13,17 +12,16 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using tests::DebugCapture;
 using tests::Describe;
+using tests::kOddName;
 
 const std::string kRoot = "C:\\TarnwickTest\\Uninstall\\";
-const std::string kKey = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall\\";
+const std::string& kKey = tests::kUninstallKey;
 const std::string kGuid = "7A9C1F40-1111-4000-8000-7461726E7769";
 const std::string kOtherGuid = "7A9C1F40-2222-4000-8000-7461726E7769";
 const std::string kZeroGuid = "00000000-0000-0000-0000-000000000000";
-const std::string kOddName = "caf\xC3\xA9 \xD0\x98\xD0\xB3\xD1\x80\xD0\xB0 \xE6\xBC\xA2";
 
-class UninstallSearch : public testing::Test {
+class UninstallSearch : public tests::StrategyTest {
  protected:
   GameSignature Install(const std::string& name, const std::string& guid = kGuid) {
     GameSignature signature;
@@ -34,9 +32,6 @@ class UninstallSearch : public testing::Test {
     desktop_.File(kRoot + name + "\\bin\\foo.exe");
     return signature;
   }
-
-  desktop::Desktop desktop_;
-  DebugCapture capture_;
 };
 
 TEST_F(UninstallSearch, LogsItsFrameForNoGames) {
@@ -137,7 +132,7 @@ TEST_F(UninstallSearch, AFailureCostsOneGameAndALine) {
                           "[UninstallSearch] Scan completed! Found 1 games."));
 }
 
-class ResolveUninstall : public testing::Test {
+class ResolveUninstall : public tests::StrategyTest {
  protected:
   std::string Resolve(const std::string& folder) const {
     return ResolveUninstallExe(kRoot + folder, signature_);

@@ -6,6 +6,7 @@
 #include "support/debug_capture.h"
 #include "support/hostile_texts.h"
 #include "support/locked_path.h"
+#include "support/uninstall_key.h"
 
 #include <gmock/gmock.h>
 
@@ -24,7 +25,7 @@ using tests::DebugCapture;
 const std::string kRoot = R"(C:\TarnwickTest\Uplay)";
 const std::string kLauncher = kRoot + "\\Launcher";
 const std::string kFile = kLauncher + R"(\cache\configuration\configurations)";
-const std::string kUninstall = R"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall)";
+const std::string& kUninstall = tests::kUninstallKey;
 const std::string kStart = "[UplayConfigurationSearch] Starting Uplay Configuration Search...";
 const std::string kNothing = "[UplayConfigurationSearch] Scan completed! Found 0 games.";
 
@@ -38,13 +39,13 @@ std::string Entry(const std::string& relative, const std::string& append = {}, c
 class UplayConfigurationSearch : public testing::Test {
  protected:
   UplayConfigurationSearch() {
-    desktop_.String(kUninstall + "\\Uplay", "InstallLocation", kLauncher, View::k32);
+    desktop_.String(kUninstall + "Uplay", "InstallLocation", kLauncher, View::k32);
     desktop_.Folder(kLauncher);
   }
 
   void Install(const std::string& id, const std::string& name, const std::string& folder,
                View view = View::k32) {
-    const std::string key = kUninstall + "\\Uplay Install " + id;
+    const std::string key = kUninstall + "Uplay Install " + id;
     desktop_.String(key, "DisplayName", name, view);
     desktop_.String(key, "InstallLocation", folder, view);
   }
@@ -75,7 +76,7 @@ TEST_F(UplayConfigurationSearch, ReportsAGameAndSaysSo) {
   EXPECT_EQ(results[0].name, "Зимородок 游戏");
   EXPECT_EQ(results[0].exePath, exe);
   EXPECT_EQ(results[0].launchUrl, "uplay://launch/123/0");
-  EXPECT_EQ(results[0].source, kUninstall + "\\Uplay Install 123");
+  EXPECT_EQ(results[0].source, kUninstall + "Uplay Install 123");
   EXPECT_EQ(results[0].displayIcon, "");
   EXPECT_TRUE(results[0].found);
   EXPECT_EQ(results[0].sourceKind, 0);
@@ -211,7 +212,7 @@ TEST_F(UplayConfigurationSearch, FilesWithoutMeaningHoldNoGame) {
 UplayInstallEntry FindInstall(const std::string& id) {
   const auto installs = FindUplayInstalls();
   const auto found = std::find_if(installs.begin(), installs.end(), [&](const UplayInstallEntry& entry) {
-    return entry.keyPath == kUninstall + "\\" + id;
+    return entry.keyPath == kUninstall + id;
   });
   return found == installs.end() ? UplayInstallEntry() : *found;
 }
@@ -228,8 +229,8 @@ TEST_F(UplayConfigurationSearch, ReadsTheInstallKeys) {
 TEST_F(UplayConfigurationSearch, AKeyCountsByItsName) {
   for (const char* name :
        {"Uplay Install", "xUplay Install y z", "uplay install 1", "Uplay  Install 2", "Uplay 3"}) {
-    desktop_.String(kUninstall + "\\" + name, "DisplayName", "n", View::k32);
-    desktop_.String(kUninstall + "\\" + name, "InstallLocation", "C:\\x", View::k32);
+    desktop_.String(kUninstall + name, "DisplayName", "n", View::k32);
+    desktop_.String(kUninstall + name, "InstallLocation", "C:\\x", View::k32);
   }
   EXPECT_EQ(FindInstall("Uplay Install").installSuffix, "Install")
       << "the name's only blank stands before it";
@@ -242,7 +243,7 @@ TEST_F(UplayConfigurationSearch, AKeyCountsByItsName) {
 TEST_F(UplayConfigurationSearch, AKeyNeedsBothValues) {
   Install("1", "", "C:\\x");
   Install("2", "Wren", "");
-  desktop_.Key(kUninstall + "\\Uplay Install 3", View::k32);
+  desktop_.Key(kUninstall + "Uplay Install 3", View::k32);
   for (const char* name : {"Uplay Install 1", "Uplay Install 2", "Uplay Install 3"}) {
     EXPECT_EQ(FindInstall(name).keyPath, "") << name;
   }
@@ -255,7 +256,7 @@ TEST_F(UplayConfigurationSearch, BothViewsAreReadThe32BitViewFirst) {
   Install("3", "C", "C:\\64", View::k64);
   std::vector<std::string> keys;
   for (const UplayInstallEntry& entry : FindUplayInstalls()) {
-    keys.push_back(entry.keyPath.substr(kUninstall.size() + 1) + " " + entry.installLocation);
+    keys.push_back(entry.keyPath.substr(kUninstall.size()) + " " + entry.installLocation);
   }
   EXPECT_THAT(keys, ElementsAre("Uplay Install 1 C:\\32", "Uplay Install 3 C:\\64", "Uplay Install 2 C:\\64",
                                 "Uplay Install 3 C:\\64"))
