@@ -5,10 +5,11 @@
 #include "foundation/com_scope.h"
 #include "foundation/conversions.h"
 #include "foundation/export_guard.h"
+#include "foundation/machine/path_rules.h"
+#include "foundation/machine/paths.h"
 #include "foundation/result_buffer.h"
 #include "foundation/text.h"
-#include "inventory/icons.h"
-#include "inventory/shell_text.h"
+#include "inventory/icon_uris.h"
 
 #include <string>
 
@@ -36,17 +37,11 @@ std::string DetailsJson(const std::wstring& path, const FileIconBuilder& buildIc
 // The existing file that is meant, or an empty path.
 std::wstring FindFile(const char* path) {
   std::wstring wide = Utf8ToWide(path != nullptr ? path : "");
-  if (!PathExists(wide)) wide = MendSecondColon(wide);
-  return PathExists(wide) ? wide : std::wstring();
+  if (!ShellPathExists(wide)) wide = MendSecondColon(wide);
+  return ShellPathExists(wide) ? wide : std::wstring();
 }
 
 }  // namespace
-
-std::string BuildFileIcon(const std::wstring& path) {
-  Icon icon = LoadIconFromFile(path, 0);
-  if (!icon) icon = LoadStockApplicationIcon();
-  return IconDataUri(icon.Get());
-}
 
 int WriteGameDetails(const char* path, char* buffer, int size, const FileIconBuilder& buildIcon) {
   static constexpr ExportMessages kMessages = {

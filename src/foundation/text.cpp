@@ -105,6 +105,12 @@ std::string StripOuterQuotes(const std::string& text) {
   return text.size() < 2 ? std::string() : text.substr(1, text.size() - 2);
 }
 
+std::wstring UnquotedHead(const std::wstring& text) {
+  if (text.empty() || text.front() != L'"') return text;
+  const size_t end = text.find(L'"', 1);
+  return end == std::wstring::npos ? text : text.substr(1, end - 1);
+}
+
 std::string TrimCharacters(const std::string& text, const char* characters) {
   const size_t first = text.find_first_not_of(characters);
   return first == std::string::npos ? std::string()

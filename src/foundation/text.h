@@ -43,6 +43,10 @@ std::string StripOuterQuotes(const std::string& text);
 // Without those of the given characters that stand at its start and end.
 std::string TrimCharacters(const std::string& text, const char* characters);
 
+// Where a wide text begins with a double quote and has a second one: what stands between them. Otherwise the
+// text.
+std::wstring UnquotedHead(const std::wstring& text);
+
 // Removes all leading, or all trailing, backslashes and slashes.
 std::string TrimLeadingSeparators(const std::string& path);
 std::string TrimTrailingSeparators(const std::string& path);

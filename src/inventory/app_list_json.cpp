@@ -1,8 +1,8 @@
 // Edge: the inventory's JSON; file names are told by the shell's rule.
 #include "inventory/app_list_json.h"
 
+#include "foundation/machine/path_rules.h"
 #include "foundation/text.h"
-#include "inventory/shell_text.h"
 
 namespace tarnwick {
 namespace {

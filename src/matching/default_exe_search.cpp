@@ -2,8 +2,8 @@
 #include "matching/default_exe_search.h"
 
 #include "foundation/log.h"
+#include "foundation/machine/known_folders.h"
 #include "foundation/text.h"
-#include "foundation/windows_api.h"
 #include "matching/paths.h"
 
 namespace tarnwick {
@@ -62,11 +62,11 @@ std::string FindOnDrive(const GameSignature& signature, const std::string& drive
 
 std::vector<std::string> ListFixedDrives() {
   std::vector<std::string> roots;
-  const DWORD drives = GetLogicalDrives();
+  const uint32_t drives = LogicalDrives();
   for (int i = 0; i < 26; ++i) {
     if ((drives >> i & 1) == 0) continue;
     const std::string root = std::string(1, static_cast<char>('A' + i)) + ":\\";
-    if (GetDriveTypeA(root.c_str()) == DRIVE_FIXED) roots.push_back(root);
+    if (IsFixedDrive(root)) roots.push_back(root);
   }
   return roots;
 }

@@ -9,19 +9,12 @@
 namespace tarnwick {
 namespace {
 
-using Values = std::map<std::string, std::string>;
-
-std::string ValueOrEmpty(const Values& values, const std::string& name) {
-  const auto found = values.find(name);
-  return found == values.end() ? std::string() : found->second;
-}
-
 void AddSubkey(const std::string& subkey, GameUxEntries& entries) {
   if (subkey.empty()) return;
   GameUxEntry entry;
   entry.keyPath = kGameUxListKey + subkey;
   entry.applicationId = subkey;
-  const Values values = EnumRegistryValues(entry.keyPath, false);
+  const RegistryValues values = EnumRegistryValues(entry.keyPath, RegistryView::k32);
   entry.appExePath = ValueOrEmpty(values, "AppExePath");
   // Kept: found by this exact name alone. An entry that spells it "ConfigGDFBinaryPath" has none here.
   entry.configGdfBinaryPath = ValueOrEmpty(values, "ConfigGdfBinaryPath");
@@ -33,7 +26,8 @@ void AddSubkey(const std::string& subkey, GameUxEntries& entries) {
 GameUxEntries ReadGameUxInfoEntries() {
   GameUxEntries entries;
   try {
-    for (const std::string& subkey : EnumRegistrySubKeys(kGameUxListKey, false)) AddSubkey(subkey, entries);
+    for (const std::string& subkey : EnumRegistrySubKeys(kGameUxListKey, RegistryView::k32))
+      AddSubkey(subkey, entries);
   } catch (const std::exception& error) {
     LogStream() << "[GameUXInfoSearch] Error reading GameUX registry: " << error.what() << "\n";
   }

@@ -89,7 +89,7 @@ GameUxEntries ReadGameUxEntries() {
   GameUxEntries entries;
   try {
     LogStream() << "[GameUXRegistrySearch] Enumerating subkeys of: " << kGameUxListKey << "\n";
-    const std::vector<std::string> subkeys = EnumRegistrySubKeys(kGameUxListKey, false);
+    const std::vector<std::string> subkeys = EnumRegistrySubKeys(kGameUxListKey, RegistryView::k32);
     LogStream() << "[GameUXRegistrySearch] Found " << subkeys.size() << " subkeys.\n";
     for (const std::string& subkey : subkeys) {
       GuardGameUxSubkey(subkey, [&] { ReadGameUxSubkey(kGameUxListKey, subkey, entries); });

@@ -1,10 +1,10 @@
 #pragma once
 // Path operations that ask Windows: joins, tokens, and the places where a signature's executable may lie.
 // UTF-8 in, UTF-8 out, empty means nothing. The purely textual ones are in path_text.h, the tests for
-// existence in foundation/files.h.
+// existence in foundation/machine/paths.h.
 
 #include "catalogue/game_signature.h"
-#include "foundation/files.h"
+#include "foundation/machine/paths.h"
 #include "matching/path_text.h"
 
 #include <string>

@@ -2,6 +2,7 @@
 #include "matching/uninstall_registry_search.h"
 
 #include "foundation/log.h"
+#include "foundation/machine/uninstall_key.h"
 #include "foundation/text.h"
 #include "matching/paths.h"
 #include "matching/registry.h"
@@ -9,8 +10,6 @@
 
 namespace tarnwick {
 namespace {
-
-constexpr char kUninstallKey[] = R"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall\)";
 
 bool IsTested(const GameSignature& signature) {
   return HasGameGuid(signature) && signature.SourceKind != kSourceSteam;
@@ -42,7 +41,7 @@ std::vector<std::string> FragmentCandidates(const std::string& folder, const Gam
 }
 
 void FindGame(const GameSignature& signature, ScanResults& results) {
-  const std::string key = kUninstallKey + ("{" + signature.GameGUID) + "}";
+  const std::string key = std::string(kUninstallKey) + "\\{" + signature.GameGUID + "}";
   const std::string folder = ReadRegistryString(key, "InstallLocation", "");
   if (folder.empty()) return;
   const std::string displayIcon = ReadRegistryString(key, "DisplayIcon", "");

@@ -1,7 +1,6 @@
 #include "matching/default_exe_search.h"
 
 #include "desktop/desktop.h"
-#include "foundation/files.h"
 #include "support/debug_capture.h"
 #include "support/describe.h"
 

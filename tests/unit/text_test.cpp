@@ -164,5 +164,21 @@ TEST(TrimSeparators, TakesAllOfOneEnd) {
   EXPECT_EQ(TrimTrailingSeparators(""), "");
 }
 
+TEST(UnquotedHead, TakesOffQuotesThatAreClosed) {
+  EXPECT_EQ(UnquotedHead(L"\"C:\\A\" /x"), L"C:\\A");
+  EXPECT_EQ(UnquotedHead(L"\"\""), L"");
+  for (const wchar_t* text : {L"", L"\"", L"\"C:\\A", L"C:\\A\"", L" \"C:\\A\"", L"C:\\A"}) {
+    EXPECT_EQ(UnquotedHead(text), text);
+  }
+}
+
+TEST(ReadAll, GivesTheRestOfAStream) {
+  std::istringstream stream("first\nsecond\nthird");
+  std::string line;
+  std::getline(stream, line);
+  EXPECT_EQ(ReadAll(stream), "second\nthird");
+  EXPECT_EQ(ReadAll(stream), "");
+}
+
 }  // namespace
 }  // namespace tarnwick
