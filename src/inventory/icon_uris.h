@@ -9,7 +9,7 @@ namespace tarnwick {
 
 // Each is the icon's PNG as a data URI, or that of the system's generic application icon where there is none
 // of its own; empty if not even that is to be had. COM must be set up on the calling thread.
-std::string AppIconUri(const AppRecord& record);        // by ResolveAppIcon
+std::string AppIconUri(const AppRecord& record);    // by ResolveAppIcon
 std::string FileIconUri(const std::wstring& path);  // by LoadIconFromFile, the first icon
 
 // Fills IconDataUri and sets IconLoaded; does nothing where that is set already. Sets up COM for itself. The

@@ -43,11 +43,10 @@ Answer TellContents(DataFile& file) {
 }
 
 DataFile Open(QuestionKind kind, const std::wstring& path, std::ios::openmode mode) {
-  return AskMachine([&] { return FileQuestion(kind, path, ""); }, FailedFile,
-                    [&]() -> DataFile {
-                      return std::make_unique<std::ifstream>(std::filesystem::path(path), mode);
-                    },
-                    TellContents);
+  return AskMachine(
+      [&] { return FileQuestion(kind, path, ""); }, FailedFile,
+      [&]() -> DataFile { return std::make_unique<std::ifstream>(std::filesystem::path(path), mode); },
+      TellContents);
 }
 
 std::optional<std::string> WholeFile(const std::wstring& path) {

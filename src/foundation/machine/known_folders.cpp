@@ -93,8 +93,8 @@ std::wstring ExpandVariables(const std::wstring& text, uint32_t units) {
 }
 
 uint32_t LogicalDrives() {
-  return AskMachine([] { return Question{QuestionKind::kDrives, "", "", {}, {}}; }, [] { return uint32_t{0}; },
-                    [] { return static_cast<uint32_t>(GetLogicalDrives()); },
+  return AskMachine([] { return Question{QuestionKind::kDrives, "", "", {}, {}}; },
+                    [] { return uint32_t{0}; }, [] { return static_cast<uint32_t>(GetLogicalDrives()); },
                     [](uint32_t drives) { return Answer{drives != 0, std::to_string(drives)}; });
 }
 

@@ -55,7 +55,7 @@ struct Question {
 
 struct Answer {
   bool given = false;  // false: the machine refused, failed, or has no such thing
-  std::string text;    // what came: a text, a file's bytes, a list with one entry on each line; or why nothing
+  std::string text;  // what came: a text, a file's bytes, a list with one entry on each line; or why nothing
 };
 
 // Both functions may be empty, and both are called on whatever threads ask, several at a time. What `heard`

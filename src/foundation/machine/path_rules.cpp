@@ -37,7 +37,9 @@ bool ContainsNoCase(const std::wstring& text, std::initializer_list<const wchar_
                      [&](const wchar_t* word) { return StrStrIW(text.c_str(), word) != nullptr; });
 }
 
-std::wstring ExtensionOf(const std::wstring& path) { return std::filesystem::path(path).extension().native(); }
+std::wstring ExtensionOf(const std::wstring& path) {
+  return std::filesystem::path(path).extension().native();
+}
 
 std::string WithoutLastPart(const std::string& path, const std::string& name) {
   const std::filesystem::path whole = PathOf(path);

@@ -38,7 +38,8 @@ Answer TellThere(bool there) { return {there, there ? "there" : "not there"}; }
 template <class Path, class Call>
 DWORD AskAttributes(const Path& path, const char* way, Call&& call) {
   return AskMachine([&] { return Question{QuestionKind::kAttributes, TextOf(path), way, {}, {}}; },
-                    [] { return INVALID_FILE_ATTRIBUTES; }, [&] { return call(path.c_str()); }, TellAttributes);
+                    [] { return INVALID_FILE_ATTRIBUTES; }, [&] { return call(path.c_str()); },
+                    TellAttributes);
 }
 
 template <class Path, class Call>
@@ -149,7 +150,9 @@ bool ShellFolderExists(const std::wstring& path) {
   return !path.empty() && AskShell(path, "shell, folder", PathIsDirectoryW);
 }
 
-bool NarrowShellPathExists(const std::string& path) { return AskShell(path, "shell, narrow", PathFileExistsA); }
+bool NarrowShellPathExists(const std::string& path) {
+  return AskShell(path, "shell, narrow", PathFileExistsA);
+}
 
 std::optional<uint64_t> FileSize(const std::string& path) {
   return AskMachine([&] { return Question{QuestionKind::kFileSize, path, "", {}, {}}; },
@@ -160,10 +163,10 @@ std::optional<uint64_t> FileSize(const std::string& path) {
 }
 
 uint64_t LastWriteTime(const std::wstring& path) {
-  return AskMachine(
-      [&] { return Question{QuestionKind::kWriteTime, TextOf(path), "", {}, {}}; },
-      [&]() -> uint64_t { ThrowFilesystemError("last write time", path, ERROR_ACCESS_DENIED); },
-      [&] { return AskWriteTime(path); }, [](uint64_t time) { return Answer{true, std::to_string(time)}; });
+  return AskMachine([&] { return Question{QuestionKind::kWriteTime, TextOf(path), "", {}, {}}; },
+                    [&]() -> uint64_t { ThrowFilesystemError("last write time", path, ERROR_ACCESS_DENIED); },
+                    [&] { return AskWriteTime(path); },
+                    [](uint64_t time) { return Answer{true, std::to_string(time)}; });
 }
 
 std::string FullPath(const std::string& path) {

@@ -14,7 +14,8 @@ namespace {
 using machine::AskMachine;
 
 static_assert(kNoMoreItems == ERROR_NO_MORE_ITEMS);
-static_assert(kRegistryText == REG_SZ && kRegistryExpandableText == REG_EXPAND_SZ && kRegistryNumber == REG_DWORD);
+static_assert(kRegistryText == REG_SZ && kRegistryExpandableText == REG_EXPAND_SZ &&
+              kRegistryNumber == REG_DWORD);
 
 struct Root {
   const char* name;
@@ -121,8 +122,7 @@ std::optional<RegistryValue> QueryText(HKEY key, const std::wstring& name, uint3
   DWORD type = 0;
   DWORD length = 0;
   const LSTATUS status = RegQueryValueExW(key, name.c_str(), nullptr, &type, nullptr, &length);
-  if (status != ERROR_SUCCESS || !IsRegistryTextType(type) || length > largest)
-    return std::nullopt;
+  if (status != ERROR_SUCCESS || !IsRegistryTextType(type) || length > largest) return std::nullopt;
   // Room for a few units more: the value may have grown since its size was asked for.
   value.bytes.resize((length / 2 + 4) * sizeof(wchar_t));
   length = static_cast<DWORD>(value.bytes.size());
@@ -159,8 +159,8 @@ SubkeyList EnumerateSubkeys(HKEY key) {
   for (DWORD index = 0;; ++index) {
     wchar_t name[512] = {};
     DWORD length = 511;
-    list.error = static_cast<int32_t>(
-        RegEnumKeyExW(key, index, name, &length, nullptr, nullptr, nullptr, nullptr));
+    list.error =
+        static_cast<int32_t>(RegEnumKeyExW(key, index, name, &length, nullptr, nullptr, nullptr, nullptr));
     if (list.error != ERROR_SUCCESS) return list;
     list.names.emplace_back(name);
   }
@@ -224,9 +224,8 @@ RegistryKey OpenSubkey(const RegistryKey& parent, const std::wstring& name) {
 
 RegistryKey OpenNarrowKey(RegistryRoot root, const std::string& subkey, RegistryView view) {
   const Root hive = RootOf(root);
-  return Opened([&] { return OpenQuestion(Below(hive.name, subkey), view, "narrow"); }, view, [&](HKEY* key) {
-    return RegOpenKeyExA(hive.key, subkey.c_str(), 0, AccessOf(view), key);
-  });
+  return Opened([&] { return OpenQuestion(Below(hive.name, subkey), view, "narrow"); }, view,
+                [&](HKEY* key) { return RegOpenKeyExA(hive.key, subkey.c_str(), 0, AccessOf(view), key); });
 }
 
 std::optional<RegistryValue> ReadTextValue(const RegistryKey& key, const std::wstring& name,
@@ -261,9 +260,7 @@ std::optional<RegistryValue> ReadNarrowValue(const RegistryKey& key, const std::
 SubkeyList ListSubkeys(const RegistryKey& key) {
   if (!key) return {};
   return AskMachine([&] { return KeyQuestion(QuestionKind::kListSubkeys, key, ""); },
-                    [] {
-                      return SubkeyList{{}, ERROR_ACCESS_DENIED};
-                    },
+                    [] { return SubkeyList{{}, ERROR_ACCESS_DENIED}; },
                     [&] { return EnumerateSubkeys(HandleOf(key)); },
                     [](const SubkeyList& list) { return TellNames(list.names); });
 }
@@ -272,7 +269,8 @@ std::vector<std::string> ListNarrowSubkeys(const RegistryKey& key) {
   if (!key) return {};
   return AskMachine([&] { return KeyQuestion(QuestionKind::kListSubkeys, key, "narrow"); },
                     [] { return std::vector<std::string>(); },
-                    [&] { return EnumerateNarrowSubkeys(HandleOf(key)); }, TellNames<std::vector<std::string>>);
+                    [&] { return EnumerateNarrowSubkeys(HandleOf(key)); },
+                    TellNames<std::vector<std::string>>);
 }
 
 std::vector<NamedValue> ListValues(const RegistryKey& key) {
