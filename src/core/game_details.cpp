@@ -22,15 +22,12 @@ std::string DetailsJson(const std::wstring& path, const FileIconBuilder& buildIc
   const std::wstring file_name = FileNameOf(path);
   std::wstring name = VersionName(path);
   if (name.empty()) name = Stem(file_name);
-  std::wstring json = L"{\"name\":\"";
-  AppendJsonEscaped(json, name);
-  json += L"\",\"ico\":\"";
-  AppendJsonEscaped(json, Utf8ToWide(buildIcon(path)));
-  json += L"\",\"exepath\":\"";
-  AppendJsonEscaped(json, NormalizeLocPath(path));
-  json += L"\",\"exe\":\"";
-  AppendJsonEscaped(json, file_name);
-  json += L"\"}";
+  std::wstring json = L"{";
+  AppendJsonMember(json, L"name", name);
+  AppendJsonMember(json, L"ico", Utf8ToWide(buildIcon(path)));
+  AppendJsonMember(json, L"exepath", NormalizeLocPath(path));
+  AppendJsonMember(json, L"exe", file_name);
+  json += L'}';
   return WideToUtf8(json);
 }
 

@@ -87,9 +87,7 @@ void ReportEntry(ScanResults& results, const BattleNetGameEntry& entry,
   if (exe.empty()) exe = FindByLog(entry);
   if (!FileExists(exe)) return;
   ScanResult result;
-  result.name = GetExeProductName(exe);
-  if (result.name.empty()) result.name = ExeStemOrUnknown(exe);
-  StripTrademarkSigns(result.name);
+  result.name = ShownGameName(GetExeProductName(exe), exe);
   result.exePath = exe;
   result.launchUrl = "battle.net://launch/" + entry.gameId;
   result.source = "Battle.net: " + entry.gameId;

@@ -55,8 +55,7 @@ void ReadPublisher(std::vector<EaGameEntry>& entries, const std::string& root,
 
 ScanResult ResultOf(const EaGameEntry& entry) {
   ScanResult result;
-  result.name = entry.displayName.empty() ? ExeStemOrUnknown(entry.exePath) : entry.displayName;
-  StripTrademarkSigns(result.name);
+  result.name = ShownGameName(entry.displayName, entry.exePath);
   result.exePath = entry.exePath;
   result.launchUrl = "origin2://game/launch?offerIds=" + entry.productGuid;
   result.source = "EA Registry: " + entry.registryKey;

@@ -54,11 +54,7 @@ std::string FindByCatalogue(const std::string& installLocation, const GameSignat
       BeginsWithFolderName(installLocation, signature.DefaultFolderExe)) {
     return FirstExistingFile(CandidatesBesideFolder(installLocation, signature));
   }
-  std::vector<std::string> candidates;
-  for (const std::string* exe : {&signature.DefaultExe, &signature.DefaultExe32, &signature.DefaultExe64}) {
-    if (!exe->empty()) candidates.push_back(CombinePath(installLocation, *exe));
-  }
-  return FirstExistingFile(candidates);
+  return FirstExistingDefaultExe(installLocation, signature);
 }
 
 std::string FindByManifest(const std::string& installLocation, const std::string& launchExecutable) {

@@ -32,8 +32,7 @@ void AppendEntry(std::vector<GogGameEntry>& entries, const std::string& gameId) 
 
 ScanResult ResultOf(const GogGameEntry& entry) {
   ScanResult result;
-  result.name = entry.gameName.empty() ? ExeStemOrUnknown(entry.exe) : entry.gameName;
-  StripTrademarkSigns(result.name);
+  result.name = ShownGameName(entry.gameName, entry.exe);
   result.exePath = entry.exe;
   result.launchUrl = "goggalaxy://openGameView/" + entry.gameId;
   result.source = "GOG Registry: " + entry.registryKey;

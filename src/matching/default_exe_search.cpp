@@ -4,10 +4,13 @@
 #include "foundation/log.h"
 #include "foundation/machine/known_folders.h"
 #include "foundation/text.h"
+#include "matching/found_report.h"
 #include "matching/paths.h"
 
 namespace tarnwick {
 namespace {
+
+constexpr char kPrefix[] = "[DefaultExeSearch]";
 
 constexpr char kProgramFiles[] = "Program Files";
 constexpr char kProgramFilesX86[] = "Program Files (x86)";
@@ -89,7 +92,7 @@ std::vector<std::string> BuildDriveCandidates(const GameSignature& signature, co
 }
 
 ScanResults ScanDefaultExe(const GameList& games, const std::string&) {
-  LogStream() << "[DefaultExeSearch] Starting DefaultExe Search...\n";
+  LogStream() << kPrefix << " Starting DefaultExe Search...\n";
   const std::vector<std::string> drives = ListFixedDrives();
   ScanResults results;
   for (const GameSignature& signature : games) {
@@ -102,12 +105,10 @@ ScanResults ScanDefaultExe(const GameList& games, const std::string&) {
       result.exePath = exe;
       result.launchUrl = signature.LaunchUrl;
       result.source = "DefaultExe Search";
-      result.found = true;
-      results.push_back(result);
-      LogStream() << "[DefaultExeSearch] Found: " << result.name << " -> " << exe << "\n";
+      ReportFound(results, kPrefix, result);
     }
   }
-  LogStream() << "[DefaultExeSearch] Scan completed! Found " << results.size() << " games.\n";
+  ReportCompletion(results, kPrefix);
   return results;
 }
 

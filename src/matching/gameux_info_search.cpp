@@ -2,12 +2,15 @@
 #include "matching/gameux_info_search.h"
 
 #include "foundation/log.h"
+#include "matching/found_report.h"
 #include "matching/registry.h"
 
 #include <exception>
 
 namespace tarnwick {
 namespace {
+
+constexpr char kPrefix[] = "[GameUXInfoSearch]";
 
 void AddSubkey(const std::string& subkey, GameUxEntries& entries) {
   if (subkey.empty()) return;
@@ -29,13 +32,13 @@ GameUxEntries ReadGameUxInfoEntries() {
     for (const std::string& subkey : EnumRegistrySubKeys(kGameUxListKey, RegistryView::k32))
       AddSubkey(subkey, entries);
   } catch (const std::exception& error) {
-    LogStream() << "[GameUXInfoSearch] Error reading GameUX registry: " << error.what() << "\n";
+    LogStream() << kPrefix << " Error reading GameUX registry: " << error.what() << "\n";
   }
   return entries;
 }
 
 ScanResults ScanGameUxInfo() {
-  LogStream() << "[GameUXInfoSearch] Starting GameUX Info Search...\n";
+  LogStream() << kPrefix << " Starting GameUX Info Search...\n";
   ScanResults results;
   for (const auto& [id, entry] : ReadGameUxInfoEntries()) {
     const std::string exe = FindGameUxExecutable(entry);
@@ -44,11 +47,9 @@ ScanResults ScanGameUxInfo() {
     result.name = entry.applicationId;
     result.exePath = exe;
     result.source = "GameUX Info: " + entry.applicationId;
-    result.found = true;
-    results.push_back(result);
-    LogStream() << "[GameUXInfoSearch] Found: " << entry.applicationId << " -> " << exe << "\n";
+    ReportFound(results, kPrefix, result);
   }
-  LogStream() << "[GameUXInfoSearch] Scan completed! Found " << results.size() << " games.\n";
+  ReportCompletion(results, kPrefix);
   return results;
 }
 

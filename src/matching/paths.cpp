@@ -39,15 +39,6 @@ std::string JoinAll(std::string path, const std::vector<std::string>& segments) 
   return path;
 }
 
-std::string FirstExistingDefaultExe(const std::string& folder, const GameSignature& signature) {
-  for (const std::string* exe : {&signature.DefaultExe, &signature.DefaultExe32, &signature.DefaultExe64}) {
-    if (exe->empty()) continue;
-    const std::string candidate = CombinePath(folder, *exe);
-    if (FileExists(candidate)) return candidate;
-  }
-  return {};
-}
-
 }  // namespace
 
 std::string CombinePath(const std::string& first, const std::string& second) {
@@ -130,6 +121,15 @@ std::vector<std::string> BuildFolderCandidates(const std::string& exePath,
     if (!candidate.empty()) candidates.push_back(candidate);
   }
   return candidates;
+}
+
+std::string FirstExistingDefaultExe(const std::string& folder, const GameSignature& signature) {
+  for (const std::string* exe : {&signature.DefaultExe, &signature.DefaultExe32, &signature.DefaultExe64}) {
+    if (exe->empty()) continue;
+    const std::string candidate = CombinePath(folder, *exe);
+    if (FileExists(candidate)) return candidate;
+  }
+  return {};
 }
 
 std::string ResolveExeFromInstallText(const std::string& text, const GameSignature& signature) {

@@ -39,6 +39,10 @@ std::string JoinFolderFragment(const std::string& folder, const std::string& fra
 std::vector<std::string> BuildFolderCandidates(const std::string& exePath,
                                                const std::vector<std::string>& fragments);
 
+// The first of the signature's DefaultExe, DefaultExe32 and DefaultExe64 that is an existing file in the
+// folder; empty if none is.
+std::string FirstExistingDefaultExe(const std::string& folder, const GameSignature& signature);
+
 // The first executable that an install text, taken as a command line, leads to.
 std::string ResolveExeFromInstallText(const std::string& text, const GameSignature& signature);
 

@@ -4,12 +4,15 @@
 #include "foundation/log.h"
 #include "foundation/machine/uninstall_key.h"
 #include "foundation/text.h"
+#include "matching/found_report.h"
 #include "matching/paths.h"
 #include "matching/registry.h"
 #include "matching/signatures.h"
 
 namespace tarnwick {
 namespace {
+
+constexpr char kPrefix[] = "[UninstallSearch]";
 
 bool IsTested(const GameSignature& signature) {
   return HasGameGuid(signature) && signature.SourceKind != kSourceSteam;
@@ -53,9 +56,7 @@ void FindGame(const GameSignature& signature, ScanResults& results) {
   result.launchUrl = signature.LaunchUrl;
   result.source = "Uninstall Registry";
   result.displayIcon = displayIcon;
-  result.found = true;
-  results.push_back(result);
-  LogStream() << "[UninstallSearch] Found: " << result.name << " -> " << exe << "\n";
+  ReportFound(results, kPrefix, result);
 }
 
 }  // namespace
@@ -68,13 +69,13 @@ std::string ResolveUninstallExe(const std::string& folder, const GameSignature& 
 }
 
 ScanResults ScanUninstallSearch(const GameList& games) {
-  LogStream() << "[UninstallSearch] Starting Uninstall Search...\n";
+  LogStream() << kPrefix << " Starting Uninstall Search...\n";
   ScanResults results;
   for (const GameSignature& signature : games) {
     if (!IsTested(signature)) continue;
     GuardSignature("[UninstallSearch] ", signature, [&] { FindGame(signature, results); });
   }
-  LogStream() << "[UninstallSearch] Scan completed! Found " << results.size() << " games.\n";
+  ReportCompletion(results, kPrefix);
   return results;
 }
 

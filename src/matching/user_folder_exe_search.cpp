@@ -6,12 +6,15 @@
 #include "foundation/machine/folders.h"
 #include "foundation/machine/known_folders.h"
 #include "foundation/text.h"
+#include "matching/found_report.h"
 #include "matching/paths.h"
 
 #include <optional>
 
 namespace tarnwick {
 namespace {
+
+constexpr char kPrefix[] = "[UserFolderExeSearch]";
 
 std::string SystemDrive() {
   constexpr uint32_t kDriveBytes = 4;
@@ -57,7 +60,7 @@ std::vector<std::string> ListUserFolders() {
 }
 
 ScanResults ScanUserFolderExe(const GameList& games, const std::string&) {
-  LogStream() << "[UserFolderExeSearch] Starting UserFolderExe Search...\n";
+  LogStream() << kPrefix << " Starting UserFolderExe Search...\n";
   ScanResults results;
   std::optional<std::vector<std::string>> profiles;  // listed when the first signature asks for them
   for (const GameSignature& signature : games) {
@@ -72,11 +75,9 @@ ScanResults ScanUserFolderExe(const GameList& games, const std::string&) {
     result.exePath = exe;
     result.launchUrl = signature.LaunchUrl;
     result.source = "UserFolderExe Search";
-    result.found = true;
-    results.push_back(result);
-    LogStream() << "[UserFolderExeSearch] Found: " << result.name << " -> " << exe << "\n";
+    ReportFound(results, kPrefix, result);
   }
-  LogStream() << "[UserFolderExeSearch] Scan completed! Found " << results.size() << " games.\n";
+  ReportCompletion(results, kPrefix);
   return results;
 }
 

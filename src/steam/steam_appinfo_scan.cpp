@@ -6,6 +6,7 @@
 #include "foundation/seh_guard.h"
 #include "foundation/structured_exception.h"
 #include "foundation/text.h"
+#include "matching/found_report.h"
 #include "matching/paths.h"
 #include "matching/registry.h"
 #include "steam/app_id_reader.h"
@@ -49,8 +50,8 @@ void CheckApp(SteamAppInfoReader& reader, const std::string& id, const std::stri
 void CheckAppGuarded(SteamAppInfoReader& reader, const std::string& id, const std::string& location,
                      ScanResults& results) {
   try {
-    LogStandardExceptions("  - Exception checking app " + id + ": ",
-                          [&] { CheckApp(reader, id, location, results); });
+    LogExceptions("  - Exception checking app " + id + ": ",
+                  [&] { CheckApp(reader, id, location, results); });
   } catch (...) {
     // Nothing is known of it that could be logged.
   }
@@ -94,7 +95,7 @@ ScanResults ScanSteamAppInfo(const GameList&, const std::string&) {
   uint32_t fault = 0;
   LogCriticalErrors(kTag, [&] { completed = CheckApps(results, fault); });
   if (fault != 0) RaiseStructuredException(fault);
-  if (completed) LogStream() << kTag << " Scan completed! Found " << results.size() << " games.\n";
+  if (completed) ReportCompletion(results, kTag);
   return results;
 }
 

@@ -3,6 +3,7 @@
 
 #include "foundation/log.h"
 #include "foundation/text.h"
+#include "matching/found_report.h"
 #include "matching/paths.h"
 #include "matching/registry.h"
 #include "steam/steam_folders.h"
@@ -40,9 +41,7 @@ void CheckGame(const std::string& steamPath, const GameSignature& game, ScanResu
   result.exePath = exePath;
   result.launchUrl = "steam://run/" + game.SourceExId;
   result.source = "Steam ID: " + game.SourceExId;
-  result.found = true;
-  results.push_back(std::move(result));
-  LogStream() << kTag << " Found: " << game.DisplayName << " -> " << exePath << "\n";
+  ReportFound(results, kTag, result);
 }
 
 // False if the scan ends without its completion line.
@@ -69,7 +68,7 @@ ScanResults ScanSteamDefaultId(const GameList& games, const std::string&) {
   ScanResults results;
   bool completed = true;
   LogCriticalErrors(kTag, [&] { completed = CheckGames(games, results); });
-  if (completed) LogStream() << kTag << " Scan completed! Found " << results.size() << " games.\n";
+  if (completed) ReportCompletion(results, kTag);
   return results;
 }
 

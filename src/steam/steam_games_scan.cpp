@@ -8,6 +8,7 @@
 #include "foundation/machine/path_rules.h"
 #include "foundation/machine/uninstall_key.h"
 #include "foundation/text.h"
+#include "matching/found_report.h"
 #include "matching/paths.h"
 #include "matching/registry.h"
 #include "steam/library_folders_reader.h"
@@ -26,21 +27,13 @@ constexpr std::array<std::string_view, 3> ignoredSteamAppIds = {"228980", "25082
 
 // One scan's state.
 struct SteamScan {
-  SignaturesByAppId signaturesByAppId;
+  SignatureIndex signaturesByAppId;
   std::set<std::string> seenExePaths;  // compared as they are spelled
   ScanResults results;
 };
 
 bool IsIgnored(const std::string& appId) {
   return std::find(ignoredSteamAppIds.begin(), ignoredSteamAppIds.end(), appId) != ignoredSteamAppIds.end();
-}
-
-SignaturesByAppId SteamSignatures(const GameList& games) {
-  SignaturesByAppId signatures;
-  for (const GameSignature& game : games) {
-    if (game.SourceKind == kSourceSteam && !game.SourceExId.empty()) signatures[game.SourceExId] = game;
-  }
-  return signatures;
 }
 
 // The 32-bit view's names, then those that only the 64-bit view has.
@@ -98,9 +91,8 @@ void TakeManifest(SteamScan& scan, const SteamManifestInfo& manifest) {
     return;
   }
   if (scan.seenExePaths.contains(exe)) return;  // as a rule the registry pass has reported it
-  const auto signature = scan.signaturesByAppId.find(id);
-  const std::string& name =
-      signature == scan.signaturesByAppId.end() ? manifest.name : signature->second.DisplayName;
+  const GameSignature* signature = FindSignature(scan.signaturesByAppId, id);
+  const std::string& name = signature == nullptr ? manifest.name : signature->DisplayName;
   AppendResult(scan, name, exe, id, "Steam App " + id);
   if (exe.empty()) {  // a safeguard: the test above lets no such app through
     LogStream() << "[Steam] Found (Library-Dynamic): " << name << " (ID: " << id << ") -> No Exe\n";
@@ -147,12 +139,12 @@ void AppendManifests(const std::string& folder, std::vector<SteamManifestInfo>& 
 
 ScanResults ScanSteamGames(const GameList& games, const std::string&) {
   LogStream() << "[Steam] Starting Steam game scan...\n";
-  SteamScan scan{SteamSignatures(games), {}, {}};
+  SteamScan scan{IndexSignatures(games, kSourceSteam, &GameSignature::SourceExId), {}, {}};
   const std::vector<std::string> names = UninstallNames();
   LogStream() << "[Steam] Found " << names.size() << " uninstall registry entries\n";
   for (const std::string& name : names) TakeUninstallKey(scan, name);
   ScanLibraries(scan);
-  LogStream() << "[Steam] Scan completed! Found " << scan.results.size() << " games.\n";
+  ReportCompletion(scan.results, "[Steam]");
   return scan.results;
 }
 
@@ -188,21 +180,16 @@ SteamManifestInfo ParseAppManifest(const std::string& acfPath) {
 }
 
 std::string FindSteamGameExe(const std::string& installPath, const std::string& appId,
-                             const SignaturesByAppId& signaturesByAppId) {
-  const auto found = signaturesByAppId.find(appId);
-  if (found == signaturesByAppId.end()) return {};
-  const GameSignature& signature = found->second;
-  for (const std::string* exe : {&signature.DefaultExe, &signature.DefaultExe32, &signature.DefaultExe64}) {
-    if (exe->empty()) continue;
-    const std::string candidate = CombinePath(installPath, *exe);
-    if (FileExists(candidate)) return candidate;
-  }
+                             const SignatureIndex& signaturesByAppId) {
+  const GameSignature* signature = FindSignature(signaturesByAppId, appId);
+  if (signature == nullptr) return {};
+  if (const std::string own = FirstExistingDefaultExe(installPath, *signature); !own.empty()) return own;
   const size_t steamapps = ToLowerBytes(installPath).find("steamapps");
   if (steamapps == std::string::npos) return {};
   const std::string root = installPath.substr(0, steamapps);
   // Kept: here the 64-bit field comes before the 32-bit one, unlike above.
   for (const std::string* exe :
-       {&signature.DefaultFolderExe, &signature.DefaultFolderExe64, &signature.DefaultFolderExe32}) {
+       {&signature->DefaultFolderExe, &signature->DefaultFolderExe64, &signature->DefaultFolderExe32}) {
     const std::string candidate = TryExeUnderRoot(root, *exe);
     if (!candidate.empty()) return candidate;
   }

@@ -8,8 +8,8 @@
 #include "foundation/machine/path_rules.h"
 #include "foundation/machine/paths.h"
 #include "foundation/text.h"
+#include "matching/found_report.h"
 #include "steam/steam_folders.h"
-#include "steam/steam_guards.h"
 
 #include <memory>
 
@@ -50,9 +50,7 @@ void CheckShortcut(const SteamShortcut& shortcut, ScanResults& results) {
   result.name = shortcut.appName;
   result.exePath = path;
   result.source = "Steam Shortcuts";
-  result.found = true;
-  results.push_back(std::move(result));
-  LogStream() << kTag << " Found: " << shortcut.appName << " -> " << path << "\n";
+  ReportFound(results, kTag, result);
 }
 
 }  // namespace
@@ -66,21 +64,21 @@ ScanResults ScanSteamShortcuts() {
   }
   ScanResults results;
   for (const SteamShortcut& shortcut : GetSteamShortcuts(steamPath)) CheckShortcut(shortcut, results);
-  LogStream() << kTag << " Scan completed! Found " << results.size() << " games.\n";
+  ReportCompletion(results, kTag);
   return results;
 }
 
 std::vector<SteamShortcut> GetSteamShortcuts(const std::string& steamPath) {
   std::vector<SteamShortcut> shortcuts;
-  LogStandardExceptions(std::string(kTag) + " Error getting Steam shortcuts: ",
-                        [&] { AppendAllShortcuts(steamPath, shortcuts); });
+  LogExceptions(std::string(kTag) + " Error getting Steam shortcuts: ",
+                [&] { AppendAllShortcuts(steamPath, shortcuts); });
   return shortcuts;
 }
 
 std::vector<SteamShortcut> ParseShortcutsVdf(const std::string& path) {
   std::vector<SteamShortcut> shortcuts;
-  LogStandardExceptions(std::string(kTag) + " Error parsing shortcuts.vdf (" + path + "): ",
-                        [&] { AppendFileShortcuts(path, shortcuts); });
+  LogExceptions(std::string(kTag) + " Error parsing shortcuts.vdf (" + path + "): ",
+                [&] { AppendFileShortcuts(path, shortcuts); });
   return shortcuts;
 }
 

@@ -275,8 +275,9 @@ TEST(EnumRegistryValues, DecodesUnterminatedEmptyAndOddTexts) {
 TEST(EnumRegistryValues, TakesAValueThatJustFitsItsBuffer) {
   Desktop desktop;
   std::string units;
-  for (int i = 0; i < 2048; ++i) units += "x\0"sv;
-  desktop.RawValue(kKey, "Full", REG_SZ, units, View::k32);
+  for (int i = 0; i < 2049; ++i) units += "x\0"sv;
+  // The system looks one unit behind an unterminated text, and takes a zero that stands there with it.
+  desktop.RawValue(kKey, "Full", REG_SZ, std::string_view(units).substr(0, 4096), View::k32);
   EXPECT_THAT(EnumRegistryValues(kKey, RegistryView::k32), ElementsAre(Pair("Full", std::string(2048, 'x'))));
 }
 

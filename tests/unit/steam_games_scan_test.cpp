@@ -44,7 +44,7 @@ std::vector<std::string> ScanLog(const GameList& games) {
   return lines;
 }
 
-SignaturesByAppId ById(const GameSignature& game) { return {{game.SourceExId, game}}; }
+SignatureIndex ById(const GameSignature& game) { return {{game.SourceExId, game}}; }
 
 // --- The scan's frame
 

@@ -180,5 +180,29 @@ TEST(ReadAll, GivesTheRestOfAStream) {
   EXPECT_EQ(ReadAll(stream), "");
 }
 
+TEST(HalveBackslashes, MakesOneOfEachPair) {
+  EXPECT_EQ(HalveBackslashes(""), "");
+  EXPECT_EQ(HalveBackslashes("\\"), "\\");
+  EXPECT_EQ(HalveBackslashes("\\\\"), "\\");
+  EXPECT_EQ(HalveBackslashes("\\\\\\"), "\\\\");
+  EXPECT_EQ(HalveBackslashes("\\\\\\\\"), "\\\\");
+  EXPECT_EQ(HalveBackslashes("\\\\\\\\\\"), "\\\\\\");
+  EXPECT_EQ(HalveBackslashes("a\\\\b\\c\\\\"), "a\\b\\c\\");
+  EXPECT_EQ(HalveBackslashes("//x"), "//x");
+}
+
+TEST(ShownGameName, IsTheNameOrTheExecutablesWithoutSigns) {
+  EXPECT_EQ(ShownGameName("Wren\xE2\x84\xA2", "C:\\a.exe"), "Wren");
+  EXPECT_EQ(ShownGameName("", "C:\\Owl\xC2\xAE.exe"), "Owl");
+  EXPECT_EQ(ShownGameName("", "owl"), "Unknown");
+}
+
+TEST(AppendJsonMember, PutsACommaBeforeAllButTheFirst) {
+  std::wstring json = L"{";
+  AppendJsonMember(json, L"a", L"x\"{");
+  AppendJsonMember(json, L"b", L"");
+  EXPECT_EQ(json, L"{\"a\":\"x\\\"{\",\"b\":\"\"");
+}
+
 }  // namespace
 }  // namespace tarnwick
