@@ -6,6 +6,7 @@
 #include "launchers/agent_log_reader.h"
 #include "launchers/epic_manifest_reader.h"
 #include "launchers/game_data_reader.h"
+#include "launchers/json_text_reader.h"
 #include "launchers/riot_files_reader.h"
 #include "launchers/uplay_configurations_reader.h"
 #include "support/hostile_texts.h"

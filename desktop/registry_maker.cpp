@@ -39,7 +39,7 @@ REGSAM ViewFlag(View view) {
 
 // Creates one level; true if it wasn't there.
 bool CreateLevel(const KeyPlace& place, const std::wstring& subkey, View view, const std::string& text) {
-  RegistryKey key;
+  RegistryHandle key;
   DWORD disposition = 0;
   const LSTATUS status = RegCreateKeyExW(place.root, subkey.c_str(), 0, nullptr, 0, KEY_READ | ViewFlag(view),
                                          nullptr, key.Receive(), &disposition);
@@ -47,9 +47,9 @@ bool CreateLevel(const KeyPlace& place, const std::wstring& subkey, View view, c
   return disposition == REG_CREATED_NEW_KEY;
 }
 
-RegistryKey OpenKey(const std::string& text, View view, REGSAM access) {
+RegistryHandle OpenKey(const std::string& text, View view, REGSAM access) {
   const KeyPlace place = PlaceOf(text);
-  RegistryKey key;
+  RegistryHandle key;
   RegOpenKeyExW(place.root, place.subkey.c_str(), 0, access | ViewFlag(view), key.Receive());
   return key;
 }
@@ -79,7 +79,7 @@ void WriteValue(HKEY key, const std::wstring& name, uint32_t type, std::string_v
 std::string ValueText(const std::string& key, const std::string& name) { return key + " -> " + name; }
 
 void UnmakeValue(const MadeThing& thing) {
-  const RegistryKey key = OpenKey(thing.place, thing.view, KEY_SET_VALUE);
+  const RegistryHandle key = OpenKey(thing.place, thing.view, KEY_SET_VALUE);
   if (!key) return;
   const std::wstring name = Wide(thing.name);
   const std::string text = ValueText(thing.place, thing.name);
@@ -102,7 +102,7 @@ bool HoldsAnything(HKEY key) {
 
 void UnmakeKey(const MadeThing& thing) {
   {
-    const RegistryKey key = OpenKey(thing.place, thing.view, KEY_READ);
+    const RegistryHandle key = OpenKey(thing.place, thing.view, KEY_READ);
     if (!key || HoldsAnything(key.Get())) return;
   }
   const KeyPlace place = PlaceOf(thing.place);
@@ -131,7 +131,7 @@ void MakeKey(const std::string& text, View view, Journal& journal) {
 void MakeValue(const std::string& text, const std::string& name, View view, uint32_t type,
                std::string_view bytes, bool known, Journal& journal) {
   MakeKey(text, view, journal);
-  const RegistryKey key = OpenKey(text, view, KEY_READ | KEY_SET_VALUE);
+  const RegistryHandle key = OpenKey(text, view, KEY_READ | KEY_SET_VALUE);
   if (!key) throw std::runtime_error("can't open the key '" + text + "' for writing");
   const std::wstring wide = Wide(name);
   const std::optional<OldContent> before = known ? std::nullopt : ReadOldValue(key.Get(), wide);

@@ -4,18 +4,17 @@
 #include "catalogue/catalogue_reader.h"
 #include "catalogue/decipher.h"
 #include "foundation/conversions.h"
-#include "foundation/files.h"
-#include "foundation/windows_api.h"
+#include "foundation/log.h"
+#include "foundation/machine/data_files.h"
+#include "foundation/text.h"
 
-#include <filesystem>
-#include <fstream>
 #include <vector>
 
 namespace tarnwick {
 namespace {
 
 // Kept: these lines bear a mark of their own and no time, unlike those of the log.
-void Say(const std::wstring& text) { OutputDebugStringW((L"[TarnwickXml] " + text + L"\n").c_str()); }
+void Say(const std::wstring& text) { SendRawDebugText(L"[TarnwickXml] " + text + L"\n"); }
 
 bool IsPlainXml(const std::string& text) {
   const size_t first = text.find_first_not_of(" \t\r\n");
@@ -44,11 +43,9 @@ GameList LoadGameListFromXml(const std::wstring& path) {
 GameList LoadGameList(const std::string& path) { return XmlParser::LoadGameListFromXml(AnsiToWide(path)); }
 
 std::string ReadCatalogueFile(const std::wstring& path) {
-  // The runtime opens a stream's file shared for all, so a catalogue that is being replaced can still be
-  // read.
-  std::ifstream file(std::filesystem::path(path), std::ios::in | std::ios::binary);
-  if (!file) return {};
-  std::string text = ReadAll(file);
+  const DataFile file = OpenBinaryFile(path);
+  if (!*file) return {};
+  std::string text = ReadAll(*file);
   if (text.empty() || IsPlainXml(text)) return text;
   std::vector<unsigned char> bytes(text.begin(), text.end());
   if (!DecipherCatalogue(bytes)) return text;

@@ -2,7 +2,7 @@
 #include "core/catalogue_choice.h"
 
 #include "foundation/log.h"
-#include "inventory/shell_text.h"
+#include "foundation/machine/paths.h"
 
 namespace tarnwick {
 
@@ -19,7 +19,7 @@ std::wstring AskedCatalogue(const char* path, std::wstring (*convert)(const std:
 std::wstring ChooseCatalogue(const char* path) {
   constexpr wchar_t kFallback[] = L"MasterGameList.xml";
   const std::wstring asked = AskedCatalogue(path);
-  if (PathExists(asked) || !PathExists(kFallback)) return asked;
+  if (ShellPathExists(asked) || !ShellPathExists(kFallback)) return asked;
   LogLine("Fallback to MasterGameList.xml");
   return kFallback;
 }

@@ -4,10 +4,9 @@
 #include "catalogue/xml_parser.h"
 #include "foundation/com_scope.h"
 #include "foundation/log.h"
+#include "foundation/machine/paths.h"
 #include "foundation/text.h"
-#include "foundation/windows_api.h"
 
-#include <shlwapi.h>
 #include <exception>
 #include <future>
 #include <set>
@@ -66,7 +65,7 @@ void ReportResult(size_t number, const ScanResult& result, const IconBuilder& bu
 
 void Report(const StrategyTable& table, const IconBuilder& buildIcon) {
   LogStream() << "Starting Multi-Platform Game Scan...\n";
-  if (!PathFileExistsA(kCatalogue)) {
+  if (!NarrowShellPathExists(kCatalogue)) {
     LogStream() << "Error: MasterGameList.xml not found!\n";
     return;
   }

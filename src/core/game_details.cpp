@@ -5,10 +5,11 @@
 #include "foundation/com_scope.h"
 #include "foundation/conversions.h"
 #include "foundation/export_guard.h"
+#include "foundation/machine/path_rules.h"
+#include "foundation/machine/paths.h"
 #include "foundation/result_buffer.h"
 #include "foundation/text.h"
-#include "inventory/icons.h"
-#include "inventory/shell_text.h"
+#include "inventory/icon_uris.h"
 
 #include <string>
 
@@ -21,32 +22,23 @@ std::string DetailsJson(const std::wstring& path, const FileIconBuilder& buildIc
   const std::wstring file_name = FileNameOf(path);
   std::wstring name = VersionName(path);
   if (name.empty()) name = Stem(file_name);
-  std::wstring json = L"{\"name\":\"";
-  AppendJsonEscaped(json, name);
-  json += L"\",\"ico\":\"";
-  AppendJsonEscaped(json, Utf8ToWide(buildIcon(path)));
-  json += L"\",\"exepath\":\"";
-  AppendJsonEscaped(json, NormalizeLocPath(path));
-  json += L"\",\"exe\":\"";
-  AppendJsonEscaped(json, file_name);
-  json += L"\"}";
+  std::wstring json = L"{";
+  AppendJsonMember(json, L"name", name);
+  AppendJsonMember(json, L"ico", Utf8ToWide(buildIcon(path)));
+  AppendJsonMember(json, L"exepath", NormalizeLocPath(path));
+  AppendJsonMember(json, L"exe", file_name);
+  json += L'}';
   return WideToUtf8(json);
 }
 
 // The existing file that is meant, or an empty path.
 std::wstring FindFile(const char* path) {
   std::wstring wide = Utf8ToWide(path != nullptr ? path : "");
-  if (!PathExists(wide)) wide = MendSecondColon(wide);
-  return PathExists(wide) ? wide : std::wstring();
+  if (!ShellPathExists(wide)) wide = MendSecondColon(wide);
+  return ShellPathExists(wide) ? wide : std::wstring();
 }
 
 }  // namespace
-
-std::string BuildFileIcon(const std::wstring& path) {
-  Icon icon = LoadIconFromFile(path, 0);
-  if (!icon) icon = LoadStockApplicationIcon();
-  return IconDataUri(icon.Get());
-}
 
 int WriteGameDetails(const char* path, char* buffer, int size, const FileIconBuilder& buildIcon) {
   static constexpr ExportMessages kMessages = {

@@ -3,8 +3,8 @@
 
 #include "foundation/com_scope.h"
 #include "foundation/conversions.h"
-#include "inventory/icons.h"
-#include "inventory/shell_text.h"
+#include "foundation/machine/path_rules.h"
+#include "inventory/icon_uris.h"
 
 namespace tarnwick {
 namespace {
@@ -26,9 +26,7 @@ AppRecord RecordOf(const ScanResult& result) {
 std::string BuildScanResultIcon(const ScanResult& result) {
   const AppRecord record = RecordOf(result);
   const ComScope com;
-  Icon icon = ResolveAppIcon(record);
-  if (!icon) icon = LoadStockApplicationIcon();
-  return IconDataUri(icon.Get());
+  return AppIconUri(record);
 }
 
 }  // namespace tarnwick

@@ -10,8 +10,8 @@
 #include "foundation/export_guard.h"
 #include "foundation/locks.h"
 #include "foundation/log.h"
+#include "foundation/machine/paths.h"
 #include "foundation/result_buffer.h"
-#include "inventory/shell_text.h"
 
 namespace tarnwick {
 namespace {
@@ -34,7 +34,7 @@ int ScanCatalogue(const char* path, char* buffer, int size, const StrategyTable&
   LogLine(std::string("Input config path (raw UTF-8): ") + (path != nullptr ? path : "null"));
   const std::wstring catalogue = ChooseCatalogue(path);
   LogLine("Using XML file: " + WideToUtf8(catalogue));
-  if (!PathExists(catalogue)) {
+  if (!ShellPathExists(catalogue)) {
     LogLine("XML file not found!");
     return WriteEmptyResult(kNothing, buffer, size);
   }

@@ -10,17 +10,13 @@ namespace {
 constexpr size_t kReservePerResult = 512;  // a hint: an icon is usually longer
 
 void AppendResult(std::wstring& json, const ScanResult& result, const std::string& icon) {
-  json += L"{\"name\":\"";
-  AppendJsonEscaped(json, Utf8ToWide(result.name));
-  json += L"\",\"loc\":\"";
-  AppendJsonEscaped(json, NormalizeLocPath(Utf8ToWide(result.exePath)));
-  json += L"\",\"icon\":\"";
-  AppendJsonEscaped(json, Utf8ToWide(icon));
-  json += L"\",\"launchUrl\":\"";
-  AppendJsonEscaped(json, Utf8ToWide(result.launchUrl));
-  json += L"\",\"exeName\":\"";
-  AppendJsonEscaped(json, Utf8ToWide(ExeFileName(result.exePath)));
-  json += L"\"}";
+  json += L'{';
+  AppendJsonMember(json, L"name", Utf8ToWide(result.name));
+  AppendJsonMember(json, L"loc", NormalizeLocPath(Utf8ToWide(result.exePath)));
+  AppendJsonMember(json, L"icon", Utf8ToWide(icon));
+  AppendJsonMember(json, L"launchUrl", Utf8ToWide(result.launchUrl));
+  AppendJsonMember(json, L"exeName", Utf8ToWide(ExeFileName(result.exePath)));
+  json += L'}';
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include "core/steam_url.h"
 #include "foundation/com_scope.h"
 #include "foundation/log.h"
+#include "foundation/machine/observer.h"
 #include "foundation/seh_guard.h"
 #include "foundation/windows_api.h"
 
@@ -119,6 +120,7 @@ void ExecuteStrategyHelper(const ScanStrategy* strategy, const GameList* games, 
 }
 
 void ExecuteStrategyGuarded(const ScanStrategy* strategy, const GameList* games, ScanResults* results) {
+  const AskingAs asking(strategy != nullptr ? strategy->name.c_str() : nullptr);
   GuardStrategy(kStrategyFailed, strategy, [&] { ExecuteStrategyHelper(strategy, games, results); });
 }
 

@@ -1,24 +1,23 @@
 #pragma once
 // The two process-wide critical sections. Order: g_apiLock before g_cacheLock, never the other way round.
 
-#include "foundation/windows_api.h"
-
 namespace tarnwick {
 
 // Recursive, as critical sections are. Set up by static initialisation, so it exists before any export can
 // run.
 class CriticalSection {
  public:
-  CriticalSection() { InitializeCriticalSection(&section_); }
-  ~CriticalSection() { DeleteCriticalSection(&section_); }
+  CriticalSection();
+  ~CriticalSection();
   CriticalSection(const CriticalSection&) = delete;
   CriticalSection& operator=(const CriticalSection&) = delete;
 
-  void Enter() { EnterCriticalSection(&section_); }
-  void Leave() { LeaveCriticalSection(&section_); }
+  void Enter();
+  void Leave();
 
  private:
-  CRITICAL_SECTION section_;
+  // Room for Windows' own, which no user of a lock need see.
+  void* section_[sizeof(void*) == 8 ? 5 : 6];
 };
 
 // Holds a critical section to the end of the scope.

@@ -27,6 +27,8 @@ void LogCString(const char* text) {
 
 void SendRawDebugText(const char* text) { OutputDebugStringA(text); }
 
+void SendRawDebugText(const std::wstring& text) { OutputDebugStringW(text.c_str()); }
+
 LogStream::~LogStream() {
   try {
     const std::string text = str();

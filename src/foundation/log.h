@@ -17,6 +17,7 @@ void LogCString(const char* text);
 
 // Sends text to the debug output exactly as it stands, without prefix, time or line feed.
 void SendRawDebugText(const char* text);
+void SendRawDebugText(const std::wstring& text);
 
 // A text stream that writes "[Tarnwick] " and its text in one call when it is destroyed, or nothing when it
 // holds nothing. It adds no line feed: writers end their lines with "\n". The strategies log this way.

@@ -44,6 +44,15 @@ void AppendJsonEscaped(std::wstring& out, const std::wstring& text) {
   }
 }
 
+void AppendJsonMember(std::wstring& out, const wchar_t* key, const std::wstring& text) {
+  if (out.back() != L'{') out += L',';
+  out += L'"';
+  out += key;
+  out += L"\":\"";
+  AppendJsonEscaped(out, text);
+  out += L'"';
+}
+
 std::string Base64Encode(const unsigned char* bytes, size_t length) {
   constexpr char kAlphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
   std::string out;
@@ -71,6 +80,22 @@ std::string ExeStemOrUnknown(const std::string& path) {
   const size_t dot = path.rfind('.');
   if (separator == std::string::npos || dot == std::string::npos || dot < separator) return "Unknown";
   return path.substr(separator + 1, dot - separator - 1);
+}
+
+std::string ShownGameName(const std::string& name, const std::string& exePath) {
+  std::string shown = name.empty() ? ExeStemOrUnknown(exePath) : name;
+  StripTrademarkSigns(shown);
+  return shown;
+}
+
+std::string HalveBackslashes(std::string text) {
+  size_t kept = 0;
+  for (size_t at = 0; at < text.size(); ++at) {
+    text[kept++] = text[at];
+    if (text[at] == '\\' && at + 1 < text.size() && text[at + 1] == '\\') ++at;
+  }
+  text.resize(kept);
+  return text;
 }
 
 std::wstring NormalizeLocPath(const std::wstring& path) {
@@ -103,6 +128,12 @@ std::string ToUpperBytes(std::string text) {
 std::string StripOuterQuotes(const std::string& text) {
   if (text.empty() || text.front() != '"' || text.back() != '"') return text;
   return text.size() < 2 ? std::string() : text.substr(1, text.size() - 2);
+}
+
+std::wstring UnquotedHead(const std::wstring& text) {
+  if (text.empty() || text.front() != L'"') return text;
+  const size_t end = text.find(L'"', 1);
+  return end == std::wstring::npos ? text : text.substr(1, end - 1);
 }
 
 std::string TrimCharacters(const std::string& text, const char* characters) {

@@ -15,6 +15,10 @@ extern const std::vector<std::string> IgnoredExeNames;
 // 0x20 as \u00xx in lower-case hexadecimal; everything else, slashes and non-ASCII included, as it stands.
 void AppendJsonEscaped(std::wstring& out, const std::wstring& text);
 
+// Appends `"key":"text"` to a JSON object under construction, with the text escaped, and a comma in front
+// unless it is the first.
+void AppendJsonMember(std::wstring& out, const wchar_t* key, const std::wstring& text);
+
 // RFC 4648 with padding and no line breaks; `length` in bytes.
 std::string Base64Encode(const unsigned char* bytes, size_t length);
 
@@ -25,6 +29,13 @@ void StripTrademarkSigns(std::string& name);
 // The file name of a path without its extension, or "Unknown" if the path has no separator, or no dot behind
 // it.
 std::string ExeStemOrUnknown(const std::string& path);
+
+// A game's name as it is shown: without trade mark signs, and by its executable where it has none.
+std::string ShownGameName(const std::string& name, const std::string& exePath);
+
+// Each pair of backslashes becomes one, from the start on: four become two, and so do three. Nothing else is
+// unescaped.
+std::string HalveBackslashes(std::string text);
 
 // A path as the JSON members "loc" and "exepath" show it: backslashes only, runs of them collapsed, but for
 // the double backslash that begins a network path.
@@ -42,6 +53,10 @@ std::string StripOuterQuotes(const std::string& text);
 
 // Without those of the given characters that stand at its start and end.
 std::string TrimCharacters(const std::string& text, const char* characters);
+
+// Where a wide text begins with a double quote and has a second one: what stands between them. Otherwise the
+// text.
+std::wstring UnquotedHead(const std::wstring& text);
 
 // Removes all leading, or all trailing, backslashes and slashes.
 std::string TrimLeadingSeparators(const std::string& path);

@@ -5,7 +5,7 @@
 // keys. An application listed twice gives two records. Nothing expires: the list stands until the next
 // refresh.
 
-#include "foundation/windows_api.h"
+#include "foundation/machine/registry_keys.h"
 #include "inventory/app_record.h"
 
 #include <cstdint>
@@ -21,28 +21,27 @@ extern std::vector<AppRecord> g_appCache;
 // g_cacheLock; no lock is taken here.
 void RefreshCacheNoLock();
 
-// Appends the applications of one Uninstall key: hive is HKEY_LOCAL_MACHINE or HKEY_CURRENT_USER, viewFlag is
-// KEY_WOW64_64KEY or KEY_WOW64_32KEY. Reports failures to the log alone. The caller holds g_cacheLock.
-void ScanKey(HKEY hive, REGSAM viewFlag);
+// Appends the applications of one Uninstall key: of the machine or of the user, in the 64-bit or the 32-bit
+// view. Reports failures to the log alone. The caller holds g_cacheLock.
+void ScanKey(RegistryRoot hive, RegistryView view);
 
 // The text of a REG_SZ or, expanded, REG_EXPAND_SZ value of up to one mebibyte, cut at its first zero. Empty
-// for a null key or name, and for a value that is missing, larger or of another type.
-std::wstring ReadRegString(HKEY key, const wchar_t* valueName);
+// for a key that isn't open, a null name, and for a value that is missing, larger or of another type.
+std::wstring ReadRegString(const RegistryKey& key, const wchar_t* valueName);
 
 // The first four bytes of a value, whatever its type; 0 for a value that is missing or longer.
-int32_t ReadRegDword(HKEY key, const wchar_t* valueName);
+int32_t ReadRegDword(const RegistryKey& key, const wchar_t* valueName);
 
 // Reads one application. False if the key describes none: a system component, or without a display name.
-bool ReadAppRecord(HKEY key, AppRecord& record);
+bool ReadAppRecord(const RegistryKey& key, AppRecord& record);
 
 // What ScanKey asks for, as data, so that a test can fail each of it.
 struct ScanCalls {
-  // RegEnumKeyExW: 0 and the subkey's name, or the error that ends the enumeration.
-  LONG (*enumerateKey)(HKEY key, DWORD index, std::wstring& name);
-  bool (*readRecord)(HKEY key, AppRecord& record);
+  SubkeyList (*listSubkeys)(const RegistryKey& key);
+  bool (*readRecord)(const RegistryKey& key, AppRecord& record);
 };
 extern const ScanCalls kRegistryScanCalls;
 
-void ScanKey(HKEY hive, REGSAM viewFlag, const ScanCalls& calls);
+void ScanKey(RegistryRoot hive, RegistryView view, const ScanCalls& calls);
 
 }  // namespace tarnwick

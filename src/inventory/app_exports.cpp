@@ -1,5 +1,6 @@
 // Edge: the inventory's exports. Contracts stand in the public header.
 #include "foundation/conversions.h"
+#include "foundation/machine/data_files.h"
 #include "inventory/app_cache.h"
 #include "inventory/app_export_calls.h"
 #include "inventory/app_queries.h"

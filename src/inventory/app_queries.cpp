@@ -3,14 +3,14 @@
 
 #include "foundation/conversions.h"
 #include "foundation/log.h"
-#include "foundation/owner.h"
+#include "foundation/machine/known_folders.h"
+#include "foundation/machine/path_rules.h"
+#include "foundation/machine/paths.h"
 #include "foundation/text.h"
 #include "inventory/app_list_json.h"
-#include "inventory/icons.h"
-#include "inventory/shell_text.h"
+#include "inventory/icon_uris.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cwctype>
 #include <exception>
 
@@ -19,13 +19,6 @@ namespace {
 
 constexpr uint32_t kCommandUnits = 260;
 constexpr size_t kUnitsPerObject = 4096;  // icons make up most of the text
-
-struct FileTraits {
-  using Value = std::FILE*;
-  static Value None() { return nullptr; }
-  static void Close(Value file) { std::fclose(file); }
-};
-using OpenFile = Owner<FileTraits>;
 
 struct AppWithExecutable {
   AppRecord* record;
@@ -87,10 +80,10 @@ std::wstring KnownFileOf(const AppRecord& record) {
     // Kept: any comma counts, also one in a folder's name.
     const std::wstring file =
         ExtractPathFromCommand(record.DisplayIcon.substr(0, record.DisplayIcon.rfind(L',')));
-    if (PathExists(file)) return file;
+    if (ShellPathExists(file)) return file;
   }
   const std::wstring uninstaller = ExtractPathFromCommand(record.UninstallString);
-  return PathExists(uninstaller) ? uninstaller : std::wstring();
+  return ShellPathExists(uninstaller) ? uninstaller : std::wstring();
 }
 
 }  // namespace
@@ -181,12 +174,12 @@ std::vector<GameQuery> ParseGameQueryList(const char* text) {
 bool MatchAppForQuery(const GameQuery& query, const AppRecord& record, std::wstring& foundPath) {
   foundPath.clear();
   const std::wstring folder = UnquotedHead(record.InstallLocation);
-  if (!IsDirectory(folder)) return false;
+  if (!ShellFolderExists(folder)) return false;
   std::vector<std::wstring> candidates;
   if (!query.exePath.empty())
     candidates.push_back(JoinWidePath(JoinWidePath(folder, query.exePath), query.exeName));
   candidates.push_back(JoinWidePath(folder, query.exeName));
-  const auto found = std::find_if(candidates.begin(), candidates.end(), PathExists);
+  const auto found = std::find_if(candidates.begin(), candidates.end(), ShellPathExists);
   if (found == candidates.end()) return false;
   foundPath = *found;
   return true;
@@ -194,7 +187,7 @@ bool MatchAppForQuery(const GameQuery& query, const AppRecord& record, std::wstr
 
 void ResolveInstallLocation(AppRecord& record) {
   const std::wstring folder = UnquotedHead(record.InstallLocation);
-  if (!folder.empty() && IsDirectory(folder)) {
+  if (!folder.empty() && ShellFolderExists(folder)) {
     record.InstallLocation = folder;
     return;
   }
@@ -206,22 +199,9 @@ std::wstring ExtractPathFromCommand(const std::wstring& text) {
   if (text.empty()) return {};
   const std::wstring command = ExpandVariables(text, kCommandUnits);
   if (command.starts_with(L'"')) return command.substr(1, command.find(L'"', 1) - 1);
-  if (PathExists(command)) return command;
+  if (ShellPathExists(command)) return command;
   const std::wstring program = command.substr(0, command.find(L' '));
-  return PathExists(program) ? program : command;
-}
-
-bool ReadWholeFile(const std::wstring& path, std::string& contents) {
-  contents.clear();
-  OpenFile file;
-  if (_wfopen_s(file.Receive(), path.c_str(), L"rb") != 0 || !file) return false;
-  if (std::fseek(file.Get(), 0, SEEK_END) != 0) return false;
-  const long size = std::ftell(file.Get());
-  if (size <= 0 || std::fseek(file.Get(), 0, SEEK_SET) != 0) return false;
-  contents.resize(static_cast<size_t>(size));
-  if (std::fread(contents.data(), 1, contents.size(), file.Get()) == contents.size()) return true;
-  contents.clear();
-  return false;
+  return ShellPathExists(program) ? program : command;
 }
 
 }  // namespace tarnwick

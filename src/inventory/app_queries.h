@@ -53,8 +53,4 @@ void ResolveInstallLocation(AppRecord& record);
 // or what stands before the first blank if that exists, or the whole text.
 std::wstring ExtractPathFromCommand(const std::wstring& text);
 
-// All bytes of a file. False, and no contents, for an empty file and on any failure; files of 2 GiB and more
-// fail.
-bool ReadWholeFile(const std::wstring& path, std::string& contents);
-
 }  // namespace tarnwick

@@ -2,10 +2,12 @@
 #include "inventory/icons.h"
 
 #include "foundation/com_scope.h"
+#include "foundation/machine/known_folders.h"
+#include "foundation/machine/path_rules.h"
+#include "foundation/machine/paths.h"
 #include "foundation/text.h"
 #include "inventory/icon_calls.h"
 #include "inventory/png.h"
-#include "inventory/shell_text.h"
 
 #include <shellapi.h>
 #include <shlwapi.h>
@@ -85,8 +87,13 @@ std::wstring FolderOfUninstaller(const std::wstring& uninstallString) {
   const std::wstring command = ExpandVariables(uninstallString, kCommandUnits);
   std::wstring program = UnquotedHead(command);
   if (program == command) program = command.substr(0, command.find(L' '));
-  if (!PathExists(program)) return {};
+  if (!ShellPathExists(program)) return {};
   return FolderOf(program, static_cast<int>(program.size()) + 1);
+}
+
+std::string UriOrStock(Icon icon) {
+  if (!icon) icon = LoadStockApplicationIcon();
+  return IconDataUri(icon.Get());
 }
 
 }  // namespace
@@ -108,12 +115,14 @@ IconReference ParseIconReference(const std::wstring& text) {
   return reference;
 }
 
+std::string AppIconUri(const AppRecord& record) { return UriOrStock(ResolveAppIcon(record)); }
+
+std::string FileIconUri(const std::wstring& path) { return UriOrStock(LoadIconFromFile(path, 0)); }
+
 void LoadAppIconLazy(AppRecord& record) {
   if (record.IconLoaded) return;
   const ComScope com;
-  Icon icon = ResolveAppIcon(record);
-  if (!icon) icon = LoadStockApplicationIcon();
-  const std::string uri = IconDataUri(icon.Get());
+  const std::string uri = AppIconUri(record);
   record.IconDataUri.assign(uri.begin(), uri.end());
   record.IconLoaded = true;
 }
@@ -145,14 +154,14 @@ Icon TryLoadWeGameIcon(const std::wstring& folder) {
 }
 
 std::wstring MendSecondColon(const std::wstring& path) {
-  if (PathExists(path)) return path;
+  if (ShellPathExists(path)) return path;
   const size_t first = path.find(L':');
   const size_t second = first == std::wstring::npos ? first : path.find(L':', first + 1);
   if (second == std::wstring::npos) return path;
   for (const wchar_t substitute : {L'\uFF1A', L'_'}) {
     std::wstring mended = path;
     mended[second] = substitute;
-    if (PathExists(mended)) return mended;
+    if (ShellPathExists(mended)) return mended;
   }
   return path;
 }
@@ -172,7 +181,7 @@ Icon LoadIconFromFile(const std::wstring& path, int index, const IconCalls& call
 }
 
 Icon LoadIcoFile(const std::wstring& path, const IconCalls& calls) {
-  if (!PathExists(path)) return Icon();
+  if (!ShellPathExists(path)) return Icon();
   for (const int size : {256, 0, 32}) {
     if (Icon icon = calls.loadImage(path, size)) return icon;
   }

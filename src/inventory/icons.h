@@ -2,11 +2,11 @@
 // Icons of applications and games: from what the registry says, from a folder search, and as PNG data URIs.
 //
 // Nothing here reports an error: each failing source gives way to the next, and no icon is an empty Icon.
-// Every Icon is the caller's own. All calls want COM set up on the calling thread, except LoadAppIconLazy,
-// which sees to it itself.
+// Every Icon is the caller's own. All calls want COM set up on the calling thread.
 
 #include "foundation/owner.h"
 #include "inventory/app_record.h"
+#include "inventory/icon_uris.h"
 #include "inventory/png.h"
 
 #include <cstdint>
@@ -23,10 +23,6 @@ struct IconReference {
 // The outer quotes and the index behind the last comma are taken off; environment variables are expanded,
 // except where something follows a closing quote.
 IconReference ParseIconReference(const std::wstring& text);
-
-// Fills IconDataUri and sets IconLoaded; does nothing where that is set already. An application without an
-// icon of its own gets the system's generic one. The caller holds g_cacheLock if the record is in the cache.
-void LoadAppIconLazy(AppRecord& record);
 
 // The icon that DisplayIcon refers to, unless that is an installer's or uninstaller's; otherwise the best one
 // in InstallLocation, or in the uninstaller's folder where that is empty. Reads these three fields only.
@@ -47,10 +43,5 @@ Icon LoadIcoFile(const std::wstring& path);
 
 // The system's generic application icon.
 Icon LoadStockApplicationIcon();
-
-// For a path that names no file because a title's colon could not stand in a file name: the path with its
-// second colon replaced by U+FF1A or, failing that, by an underscore, if that exists. Otherwise the path as
-// it was. Later colons stay.
-std::wstring MendSecondColon(const std::wstring& path);
 
 }  // namespace tarnwick

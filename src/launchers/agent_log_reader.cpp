@@ -3,6 +3,7 @@
 #include "launchers/agent_log_reader.h"
 
 #include "foundation/log.h"
+#include "foundation/text.h"
 
 #include <cstdint>
 #include <utility>
@@ -51,9 +52,7 @@ std::string ReadBlock(std::istream& log, std::string line) {
 }
 
 std::string ExtractPath(const std::string& block, std::string_view key) {
-  std::string path = ExtractJsonStringValue(block, key);
-  CollapseDoubleBackslashes(path);
-  return path;
+  return HalveBackslashes(ExtractJsonStringValue(block, key));
 }
 
 // False if the block is no record of an installed game.
@@ -79,15 +78,6 @@ std::vector<BattleNetGameEntry> ReadAgentLog(std::istream& log, const std::strin
     }
   });
   return entries;
-}
-
-void CollapseDoubleBackslashes(std::string& text) {
-  size_t kept = 0;
-  for (size_t at = 0; at < text.size(); ++at) {
-    text[kept++] = text[at];
-    if (text[at] == '\\' && at + 1 < text.size() && text[at + 1] == '\\') ++at;
-  }
-  text.resize(kept);
 }
 
 }  // namespace tarnwick

@@ -27,7 +27,4 @@ inline std::string ExtractJsonStringValue(std::string_view text, std::string_vie
   return JsonFindString(text, key);
 }
 
-// Each pair of backslashes becomes one, from the start on: four become two, and so do three.
-void CollapseDoubleBackslashes(std::string& text);
-
 }  // namespace tarnwick

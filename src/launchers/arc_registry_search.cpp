@@ -1,8 +1,8 @@
 // Edge: titles that the Arc launcher registered.
 #include "launchers/arc_registry_search.h"
 
-#include "foundation/files.h"
 #include "foundation/log.h"
+#include "foundation/machine/paths.h"
 #include "foundation/text.h"
 #include "launchers/registry_record.h"
 #include "matching/found_report.h"
@@ -16,7 +16,7 @@ const std::string kPrefix = "[ArcRegistrySearch]";
 const std::string kCoreRoot = R"(HKEY_LOCAL_MACHINE\SOFTWARE\Perfect World Entertainment\Core\)";
 
 void AppendEntry(std::vector<ArcGameEntry>& entries, const std::string& name) {
-  const RegistryValues record = EnumRegistryValues(kCoreRoot + name, k32BitView);
+  const RegistryValues record = EnumRegistryValues(kCoreRoot + name, RegistryView::k32);
   // Kept: InstallPath must be there, though nothing needs it afterwards.
   if (!HasValues(record, {"Client", "InstallPath"})) return;
   const std::string client = FullPath(StripOuterQuotes(ValueOrEmpty(record, "Client")));
@@ -40,7 +40,8 @@ ScanResult ResultOf(const ArcGameEntry& entry, const GameSignature* signature) {
 std::vector<ArcGameEntry> GetArcGamesFromRegistry() {
   std::vector<ArcGameEntry> entries;
   LogExceptions(kPrefix + " Error reading Arc registry: ", [&] {
-    for (const std::string& name : EnumRegistrySubKeys(kCoreRoot, k32BitView)) AppendEntry(entries, name);
+    for (const std::string& name : EnumRegistrySubKeys(kCoreRoot, RegistryView::k32))
+      AppendEntry(entries, name);
   });
   return entries;
 }

@@ -2,19 +2,19 @@
 #include "launchers/battle_net_search_v2.h"
 
 #include "foundation/conversions.h"
-#include "foundation/files.h"
 #include "foundation/log.h"
+#include "foundation/machine/data_files.h"
+#include "foundation/machine/folders.h"
+#include "foundation/machine/known_folders.h"
+#include "foundation/machine/paths.h"
+#include "foundation/machine/versions.h"
 #include "foundation/text.h"
-#include "foundation/windows_api.h"
 #include "matching/found_report.h"
 #include "matching/paths.h"
 #include "matching/signature_index.h"
 
-#include <shlobj.h>
-#include <winver.h>
 #include <algorithm>
-#include <cstdio>
-#include <filesystem>
+#include <optional>
 #include <set>
 
 namespace tarnwick {
@@ -28,9 +28,8 @@ constexpr size_t kMostProducts = 20;
 // The launcher's own components.
 const std::set<std::string> kExcludedProducts = {"bna", "agent", "clnt", "battle.net", "prometheus"};
 
-bool IsAgentLog(const std::filesystem::path& path) {
-  const std::string name = PathToUtf8(path.filename());
-  return name.starts_with("Agent-") && name.find(".log") != std::string::npos;
+bool IsAgentLog(std::wstring_view name) {
+  return name.starts_with(L"Agent-") && name.find(L".log") != std::wstring_view::npos;
 }
 
 struct AgentLog {
@@ -41,8 +40,8 @@ struct AgentLog {
 // The newest agent logs of a folder and all below it, newest first.
 std::vector<AgentLog> NewestAgentLogs(const std::string& folder) {
   std::vector<AgentLog> logs;
-  ForEachFile(PathFromUtf8(folder), true, [&](const std::filesystem::path& path) {
-    if (IsAgentLog(path)) logs.push_back({LastWriteTime(path), PathToUtf8(path)});
+  ForEach(WalkFilesDeep(folder, IsAgentLog), [&](const FolderEntry& file) {
+    logs.push_back({LastWriteTime(file.path), WideToUtf8(file.path)});
   });
   std::stable_sort(logs.begin(), logs.end(), [](const AgentLog& first, const AgentLog& second) {
     return first.written > second.written;
@@ -88,43 +87,11 @@ void ReportEntry(ScanResults& results, const BattleNetGameEntry& entry,
   if (exe.empty()) exe = FindByLog(entry);
   if (!FileExists(exe)) return;
   ScanResult result;
-  result.name = GetExeProductName(exe);
-  if (result.name.empty()) result.name = ExeStemOrUnknown(exe);
-  StripTrademarkSigns(result.name);
+  result.name = ShownGameName(GetExeProductName(exe), exe);
   result.exePath = exe;
   result.launchUrl = "battle.net://launch/" + entry.gameId;
   result.source = "Battle.net: " + entry.gameId;
   ReportFound(results, kPrefix, result);
-}
-
-// The version resource of a file; empty if it has none.
-std::vector<char> ReadVersionBlock(const std::string& path) {
-  DWORD ignored = 0;
-  const DWORD size = GetFileVersionInfoSizeA(path.c_str(), &ignored);
-  std::vector<char> block(size);
-  if (size == 0 || !GetFileVersionInfoA(path.c_str(), 0, size, block.data())) return {};
-  return block;
-}
-
-// The key of the first string table that the block names, such as \StringFileInfo\040904b0\ ; empty if it
-// names none.
-std::string FirstStringTable(const std::vector<char>& block) {
-  void* translation = nullptr;
-  UINT length = 0;
-  if (!VerQueryValueA(block.data(), "\\VarFileInfo\\Translation", &translation, &length) || length < 4)
-    return {};
-  const WORD* pair = static_cast<const WORD*>(translation);
-  char table[64];
-  std::snprintf(table, sizeof(table), "\\StringFileInfo\\%04x%04x\\", pair[0], pair[1]);
-  return table;
-}
-
-bool QueryVersionText(const std::vector<char>& block, const std::string& key, std::string& text) {
-  void* value = nullptr;
-  UINT length = 0;
-  if (!VerQueryValueA(block.data(), key.c_str(), &value, &length) || value == nullptr) return false;
-  text = AnsiToUtf8(std::string(static_cast<const char*>(value), length).c_str());
-  return true;
 }
 
 bool NamesSetup(const std::string& text) { return ToUpperBytes(text).find("SETUP") != std::string::npos; }
@@ -134,7 +101,7 @@ bool NamesSetup(const std::string& text) { return ToUpperBytes(text).find("SETUP
 ScanResults BattleNetSearchV2(const GameList& games, const std::string&) {
   LogStream() << "[BattleNetSearchV2] Starting Battle.net Search V2...\n";
   const std::vector<BattleNetGameEntry> entries =
-      GetBattleNetGamesFromLogs(ShellFolder(CSIDL_COMMON_APPDATA));
+      GetBattleNetGamesFromLogs(KnownFolderPath(KnownFolder::kCommonData));
   const SignatureIndex signaturesByExId =
       IndexSignatures(games, kSourceBattleNet, &GameSignature::SourceExId);
   ScanResults results;
@@ -162,19 +129,19 @@ std::vector<BattleNetGameEntry> GetBattleNetGamesFromLogs(const std::string& com
 }
 
 std::vector<BattleNetGameEntry> ParseAgentLog(const std::string& path) {
-  std::ifstream log = OpenTextFile(path);
-  return ReadAgentLog(log, path);
+  return ReadAgentLog(*OpenTextFile(path), path);
 }
 
 std::string GetExeProductName(const std::string& path) {
   std::string name;
   try {
-    const std::vector<char> block = ReadVersionBlock(path);
-    const std::string table = block.empty() ? std::string() : FirstStringTable(block);
-    if (table.empty() || !QueryVersionText(block, table + "FileDescription", name) || !NamesSetup(name))
-      return name;
-    std::string product;
-    if (QueryVersionText(block, table + "ProductName", product) && !NamesSetup(product)) name = product;
+    const VersionBlock block = ReadNarrowVersionBlock(path);
+    const auto table = block.empty() ? std::nullopt : FirstNarrowTranslation(block);
+    if (!table) return name;
+    name = NarrowVersionText(block, *table, "FileDescription").value_or("");
+    if (!NamesSetup(name)) return name;
+    const std::string product = NarrowVersionText(block, *table, "ProductName").value_or(name);
+    if (!NamesSetup(product)) name = product;
   } catch (...) {
     // The name so far, or the file's own, is as good as any.
   }

@@ -2,8 +2,8 @@
 // string.
 #include "launchers/bethesda_registry.h"
 
-#include "foundation/files.h"
 #include "foundation/log.h"
+#include "foundation/machine/paths.h"
 #include "foundation/text.h"
 #include "launchers/registry_record.h"
 #include "matching/found_report.h"
@@ -66,9 +66,9 @@ std::vector<BethesdaGameEntry> GetBethesdaGamesFromRegistry() {
   std::vector<BethesdaGameEntry> entries;
   LogExceptions(kPrefix + " Error reading Bethesda registry: ", [&] {
     const std::regex uninstallUri(R"(bethesdanet://uninstall/\d+)");
-    for (const std::string& name : EnumRegistrySubKeys(kUninstallRoot, k32BitView)) {
-      const RegistryValues record = EnumRegistryValues(kUninstallRoot + name, k32BitView);
-      if (IsLauncherRecord(record, uninstallUri)) AppendEntry(entries, kUninstallRoot + name, record);
+    for (const std::string& name : EnumRegistrySubKeys(kUninstallKey, RegistryView::k32)) {
+      const RegistryValues record = EnumRegistryValues(UninstallRecordKey(name), RegistryView::k32);
+      if (IsLauncherRecord(record, uninstallUri)) AppendEntry(entries, UninstallRecordKey(name), record);
     }
   });
   return entries;

@@ -2,8 +2,8 @@
 // the icon, and the icon file is the executable.
 #include "launchers/ea_registry_search.h"
 
-#include "foundation/files.h"
 #include "foundation/log.h"
+#include "foundation/machine/paths.h"
 #include "foundation/text.h"
 #include "launchers/registry_record.h"
 #include "matching/found_report.h"
@@ -29,8 +29,8 @@ using UninstallIndex = std::map<std::string, RegistryValues>;  // by subkey name
 // Read once and whole, so that each GUID costs a lookup and no search of the registry.
 UninstallIndex ReadUninstallIndex() {
   UninstallIndex index;
-  for (const std::string& name : EnumRegistrySubKeys(kUninstallRoot, k32BitView)) {
-    index[name] = EnumRegistryValues(kUninstallRoot + name, k32BitView);
+  for (const std::string& name : EnumRegistrySubKeys(kUninstallKey, RegistryView::k32)) {
+    index[name] = EnumRegistryValues(UninstallRecordKey(name), RegistryView::k32);
   }
   return index;
 }
@@ -40,12 +40,12 @@ void AppendEntry(std::vector<EaGameEntry>& entries, const std::string& guid, con
   const std::string icon = StripOuterQuotes(ValueOrEmpty(record, "DisplayIcon"));
   const std::string displayName = ValueOrEmpty(record, "DisplayName");
   if (icon.empty() || !FileExists(icon) || displayName.empty()) return;
-  entries.push_back({displayName, icon, kUninstallRoot + guid, "DisplayIcon", guid});
+  entries.push_back({displayName, icon, UninstallRecordKey(guid), "DisplayIcon", guid});
 }
 
 void ReadPublisher(std::vector<EaGameEntry>& entries, const std::string& root,
                    const UninstallIndex& uninstall) {
-  for (const std::string& name : EnumRegistrySubKeys(root, k32BitView)) {
+  for (const std::string& name : EnumRegistrySubKeys(root, RegistryView::k32)) {
     const std::string guid = ReadRegistryString(root + name, "Product GUID", "");
     if (guid.empty()) continue;
     const auto record = uninstall.find(guid);
@@ -55,8 +55,7 @@ void ReadPublisher(std::vector<EaGameEntry>& entries, const std::string& root,
 
 ScanResult ResultOf(const EaGameEntry& entry) {
   ScanResult result;
-  result.name = entry.displayName.empty() ? ExeStemOrUnknown(entry.exePath) : entry.displayName;
-  StripTrademarkSigns(result.name);
+  result.name = ShownGameName(entry.displayName, entry.exePath);
   result.exePath = entry.exePath;
   result.launchUrl = "origin2://game/launch?offerIds=" + entry.productGuid;
   result.source = "EA Registry: " + entry.registryKey;

@@ -1,8 +1,12 @@
 // Edge: Epic games, from the launcher's manifests and its list of installations.
 #include "launchers/epic_games_scan.h"
 
-#include "foundation/files.h"
+#include "foundation/conversions.h"
 #include "foundation/log.h"
+#include "foundation/machine/data_files.h"
+#include "foundation/machine/folders.h"
+#include "foundation/machine/path_rules.h"
+#include "foundation/machine/paths.h"
 #include "foundation/text.h"
 #include "launchers/json_text_reader.h"
 #include "matching/found_report.h"
@@ -11,7 +15,6 @@
 #include "matching/signature_index.h"
 
 #include <algorithm>
-#include <filesystem>
 
 namespace tarnwick {
 namespace {
@@ -51,11 +54,7 @@ std::string FindByCatalogue(const std::string& installLocation, const GameSignat
       BeginsWithFolderName(installLocation, signature.DefaultFolderExe)) {
     return FirstExistingFile(CandidatesBesideFolder(installLocation, signature));
   }
-  std::vector<std::string> candidates;
-  for (const std::string* exe : {&signature.DefaultExe, &signature.DefaultExe32, &signature.DefaultExe64}) {
-    if (!exe->empty()) candidates.push_back(CombinePath(installLocation, *exe));
-  }
-  return FirstExistingFile(candidates);
+  return FirstExistingDefaultExe(installLocation, signature);
 }
 
 std::string FindByManifest(const std::string& installLocation, const std::string& launchExecutable) {
@@ -63,6 +62,12 @@ std::string FindByManifest(const std::string& installLocation, const std::string
   const bool absolute = launchExecutable.find(':') != std::string::npos || launchExecutable.front() == '\\' ||
                         launchExecutable.front() == '/';
   return FirstExistingFile({absolute ? launchExecutable : CombinePath(installLocation, launchExecutable)});
+}
+
+bool IsManifestName(std::wstring_view name) { return ExtensionOf(std::wstring(name)) == L".item"; }
+
+bool IsExeName(std::wstring_view name) {
+  return ToLowerBytes(WideToUtf8(ExtensionOf(std::wstring(name)))) == ".exe";
 }
 
 std::vector<std::string> ListGameExes(const std::string& folder, bool recursive) {
@@ -110,12 +115,12 @@ void ReportEntry(ScanResults& results, const EpicManifestEntry& entry,
 }
 
 void AppendManifest(std::vector<EpicManifestEntry>& entries, const std::string& path) {
-  std::ifstream file = OpenBinaryFile(path);
-  if (!file) {
+  const DataFile file = OpenBinaryFile(path);
+  if (!*file) {
     LogStream() << "[Epic] Failed to open: " << path << "\n";
     return;
   }
-  const EpicManifestEntry entry = ReadEpicManifest(ReadAll(file));
+  const EpicManifestEntry entry = ReadEpicManifest(ReadAll(*file));
   if (entry.InstallLocation.empty()) return;
   entries.push_back(entry);
   LogStream() << "[Epic] Parsed manifest: " << entry.DisplayName << " (AppName: " << entry.AppName
@@ -132,11 +137,8 @@ void AppendLauncherInstalled(std::vector<EpicManifestEntry>& entries, const std:
 }
 
 std::string LauncherInstalledPath(const std::string& dataPath) {
-  std::filesystem::path folder = PathFromUtf8(dataPath);
-  for (const char* name : {"Data", "EpicGamesLauncher"}) {
-    if (folder.filename() == name) folder = folder.parent_path();
-  }
-  return PathToUtf8(folder / "UnrealEngineLauncher" / "LauncherInstalled.dat");
+  const std::string launcher = WithoutLastPart(WithoutLastPart(dataPath, "Data"), "EpicGamesLauncher");
+  return JoinParts(launcher, {"UnrealEngineLauncher", "LauncherInstalled.dat"});
 }
 
 }  // namespace
@@ -180,10 +182,9 @@ std::vector<EpicManifestEntry> ReadEpicManifests(const std::string& manifestsPat
       return;
     }
     size_t processed = 0;
-    ForEachFile(PathFromUtf8(manifestsPath), false, [&](const std::filesystem::path& path) {
-      if (path.extension() != ".item") return;
+    ForEach(WalkFiles(manifestsPath, IsManifestName), [&](const FolderEntry& file) {
       ++processed;
-      AppendManifest(entries, PathToUtf8(path));
+      AppendManifest(entries, WideToUtf8(file.path));
     });
     LogStream() << "[Epic] Processed " << processed << " .item files\n";
   });
@@ -198,12 +199,12 @@ std::vector<EpicManifestEntry> ReadLauncherInstalledDat(const std::string& dataP
       LogStream() << "[Epic] LauncherInstalled.dat not found at: " << dat << "\n";
       return;
     }
-    std::ifstream file = OpenBinaryFile(dat);
-    if (!file) {
+    const DataFile file = OpenBinaryFile(dat);
+    if (!*file) {
       LogStream() << "[Epic] Failed to open LauncherInstalled.dat\n";
       return;
     }
-    AppendLauncherInstalled(entries, ReadAll(file));
+    AppendLauncherInstalled(entries, ReadAll(*file));
   });
   return entries;
 }
@@ -225,9 +226,8 @@ std::vector<std::string> ListExeFiles(const std::string& folder, bool recursive)
   std::vector<std::string> files;
   try {
     if (!IsDirectoryOrThrow(folder)) return files;
-    ForEachFile(PathFromUtf8(folder), recursive, [&](const std::filesystem::path& path) {
-      if (ToLowerBytes(PathToUtf8(path.extension())) == ".exe") files.push_back(PathToUtf8(path));
-    });
+    ForEach(recursive ? WalkFilesDeep(folder, IsExeName) : WalkFiles(folder, IsExeName),
+            [&](const FolderEntry& file) { files.push_back(WideToUtf8(file.path)); });
   } catch (...) {
     // What was listed up to here is what there is to choose from.
   }

@@ -26,14 +26,4 @@ EpicManifestEntry ReadEpicManifest(std::string_view text);
 // One object of LauncherInstalled.dat's "InstallationList". The names are all AppName.
 EpicManifestEntry ReadLauncherInstalledObject(std::string_view object);
 
-// True only for a value that begins with the bytes "true".
-bool JsonFindBool(std::string_view text, std::string_view key);
-
-// Always empty: see the function.
-std::vector<std::string> JsonFindStringArray(std::string_view text, std::string_view key);
-
-// Each object of the array behind the key, as a view into `text`. Braces and brackets inside strings count
-// too.
-std::vector<std::string_view> JsonFindObjectArray(std::string_view text, std::string_view key);
-
 }  // namespace tarnwick

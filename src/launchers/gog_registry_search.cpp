@@ -1,8 +1,8 @@
 // Edge: games that GOG registered.
 #include "launchers/gog_registry_search.h"
 
-#include "foundation/files.h"
 #include "foundation/log.h"
+#include "foundation/machine/paths.h"
 #include "foundation/text.h"
 #include "launchers/registry_record.h"
 #include "matching/found_report.h"
@@ -32,8 +32,7 @@ void AppendEntry(std::vector<GogGameEntry>& entries, const std::string& gameId) 
 
 ScanResult ResultOf(const GogGameEntry& entry) {
   ScanResult result;
-  result.name = entry.gameName.empty() ? ExeStemOrUnknown(entry.exe) : entry.gameName;
-  StripTrademarkSigns(result.name);
+  result.name = ShownGameName(entry.gameName, entry.exe);
   result.exePath = entry.exe;
   result.launchUrl = "goggalaxy://openGameView/" + entry.gameId;
   result.source = "GOG Registry: " + entry.registryKey;
@@ -45,9 +44,9 @@ ScanResult ResultOf(const GogGameEntry& entry) {
 std::vector<GogGameEntry> GetGogGamesFromRegistry() {
   std::vector<GogGameEntry> entries;
   LogExceptions(kPrefix + " Error reading GOG registry: ", [&] {
-    for (const std::string& gameId : EnumRegistrySubKeys(kGamesRoot, k32BitView))
+    for (const std::string& gameId : EnumRegistrySubKeys(kGamesRoot, RegistryView::k32))
       AppendEntry(entries, gameId);
-    for (const std::string& gameId : EnumRegistrySubKeys(kGamesRoot, k64BitView)) {
+    for (const std::string& gameId : EnumRegistrySubKeys(kGamesRoot, RegistryView::k64)) {
       if (!Holds(entries, gameId)) AppendEntry(entries, gameId);
     }
   });

@@ -6,9 +6,7 @@
 namespace tarnwick {
 namespace {
 
-constexpr int kRoamingData = 26;  // CSIDL_APPDATA
-
-const DatabaseLauncher kItch = {"[ItchIoSearch]", "Starting Itch.io Search...", kRoamingData,
+const DatabaseLauncher kItch = {"[ItchIoSearch]", "Starting Itch.io Search...", KnownFolder::kRoamingData,
                                 R"(\itch\db\butler.db)"};
 
 }  // namespace

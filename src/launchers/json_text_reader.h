@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tarnwick {
 
@@ -30,5 +31,15 @@ size_t JsonFindClosingQuote(std::string_view text, size_t start);
 std::string JsonFindString(std::string_view text, std::string_view key);
 
 std::string JsonFindNextQuoted(std::string_view text, std::string_view key);
+
+// True only for a value that begins with the bytes "true".
+bool JsonFindBool(std::string_view text, std::string_view key);
+
+// Always empty: see the function.
+std::vector<std::string> JsonFindStringArray(std::string_view text, std::string_view key);
+
+// Each object of the array behind the key, as a view into `text`. Braces and brackets inside strings count
+// too.
+std::vector<std::string_view> JsonFindObjectArray(std::string_view text, std::string_view key);
 
 }  // namespace tarnwick

@@ -1,16 +1,17 @@
 // Edge: miHoYo games, from the HoYoPlay launcher's gamedata.dat files and the catalogue.
 #include "launchers/mihoyo_platform_search.h"
 
-#include "foundation/files.h"
+#include "foundation/conversions.h"
 #include "foundation/log.h"
+#include "foundation/machine/data_files.h"
+#include "foundation/machine/folders.h"
+#include "foundation/machine/known_folders.h"
+#include "foundation/machine/paths.h"
 #include "foundation/text.h"
-#include "foundation/windows_api.h"
 #include "matching/found_report.h"
 #include "matching/paths.h"
 #include "matching/signature_index.h"
 
-#include <shlobj.h>
-#include <filesystem>
 #include <iterator>
 #include <map>
 #include <utility>
@@ -34,6 +35,8 @@ SignatureIndex IndexByTrimmedId(const GameList& games) {
   return index;
 }
 
+bool IsGameData(std::wstring_view name) { return name == L"gamedata.dat"; }
+
 std::vector<MihoyoGameEntry> ReadRoot(int root, const std::string& appData) {
   std::vector<MihoyoGameEntry> entries;
   for (const std::string& path : GetGameDataPaths(root, appData)) {
@@ -44,7 +47,7 @@ std::vector<MihoyoGameEntry> ReadRoot(int root, const std::string& appData) {
 
 // The first entry of each gameBiz, and so miHoYo's before Cognosphere's.
 std::map<std::string, MihoyoGameEntry> ReadEntriesByGameBiz() {
-  const std::string appData = ShellFolder(CSIDL_APPDATA);
+  const std::string appData = KnownFolderPath(KnownFolder::kRoamingData);
   std::map<std::string, MihoyoGameEntry> entries;
   for (const int root : {0, 1}) {
     for (MihoyoGameEntry& entry : ReadRoot(root, appData))
@@ -91,9 +94,8 @@ std::vector<std::string> GetGameDataPaths(int root, const std::string& appData) 
   LogExceptions("[MihoyoPlatformSearch] Error getting gamedata paths: ", [&] {
     const std::string folder = appData + kLauncherRoots[root];
     if (!IsDirectoryOrThrow(folder)) return;
-    ForEachFile(PathFromUtf8(folder), true, [&](const std::filesystem::path& file) {
-      if (file.filename() != "gamedata.dat") return;
-      const std::string path = PathToUtf8(file);
+    ForEach(WalkFilesDeep(folder, IsGameData), [&](const FolderEntry& file) {
+      const std::string path = WideToUtf8(file.path);
       // What belongs to the standalone root is that root's alone.
       if (root == 1 && path.find("standalone") != std::string::npos) return;
       paths.push_back(path);
@@ -103,8 +105,7 @@ std::vector<std::string> GetGameDataPaths(int root, const std::string& appData) 
 }
 
 std::vector<MihoyoGameEntry> ParseGameDataFile(const std::string& path) {
-  std::ifstream file = OpenTextFile(path);
-  return ReadGameData(file, path);
+  return ReadGameData(*OpenTextFile(path), path);
 }
 
 }  // namespace tarnwick

@@ -1,39 +1,40 @@
 // Edge: Riot games, from the client's metadata folders and the catalogue.
 #include "launchers/riot_platform_search.h"
 
-#include "foundation/files.h"
+#include "foundation/conversions.h"
 #include "foundation/log.h"
-#include "foundation/windows_api.h"
+#include "foundation/machine/data_files.h"
+#include "foundation/machine/folders.h"
+#include "foundation/machine/known_folders.h"
+#include "foundation/machine/paths.h"
 #include "matching/found_report.h"
 #include "matching/paths.h"
 #include "matching/signature_index.h"
-
-#include <shlobj.h>
-#include <filesystem>
 
 namespace tarnwick {
 namespace {
 
 const std::string kPrefix = "[RiotPlatformSearch]";
 
-bool NameContains(const std::filesystem::directory_entry& entry, const std::string& part) {
-  return PathToUtf8(entry.path().filename()).find(part) != std::string::npos;
+bool IsYamlName(std::wstring_view name) { return name.find(L".yaml") != std::wstring_view::npos; }
+
+void AppendNamedFolder(const FolderEntry& yaml, std::vector<std::string>& folders) {
+  LogStream() << "[RiotPlatformSearch] Found YAML file: " << WideToUtf8(yaml.name) << "\n";
+  const std::string folder = ReadYamlInstallPath(WideToUtf8(yaml.path));
+  LogStream() << "[RiotPlatformSearch] Parsed game folder: " << folder << "\n";
+  if (ExistsOrThrow(folder)) {
+    folders.push_back(folder);
+  } else {
+    LogStream() << "[RiotPlatformSearch] Game folder from YAML invalid or not exists: " << folder << "\n";
+  }
 }
 
 // The install folder by a product's first .yaml file; others are not looked at, even if the first names none.
-void AppendFolderOf(const std::filesystem::path& product, std::vector<std::string>& folders) {
-  for (const std::filesystem::directory_entry& entry : std::filesystem::directory_iterator(product)) {
-    if (!entry.is_regular_file() || !NameContains(entry, ".yaml")) continue;
-    LogStream() << "[RiotPlatformSearch] Found YAML file: " << PathToUtf8(entry.path().filename()) << "\n";
-    const std::string folder = ReadYamlInstallPath(PathToUtf8(entry.path()));
-    LogStream() << "[RiotPlatformSearch] Parsed game folder: " << folder << "\n";
-    if (ExistsOrThrow(folder)) {
-      folders.push_back(folder);
-    } else {
-      LogStream() << "[RiotPlatformSearch] Game folder from YAML invalid or not exists: " << folder << "\n";
-    }
-    return;
-  }
+void AppendFolderOf(const std::wstring& product, std::vector<std::string>& folders) {
+  FolderListing files = ListFiles(product, IsYamlName);
+  // With a first one found, whatever ended the list behind it doesn't matter.
+  if (!files.entries.empty()) files = {{files.entries.front()}, nullptr};
+  ForEach(files, [&](const FolderEntry& yaml) { AppendNamedFolder(yaml, folders); });
 }
 
 void LogVerdictOnHelper(const std::string& helper) {
@@ -71,7 +72,7 @@ void ReportFolder(ScanResults& results, const std::string& folder,
 
 ScanResults RiotPlatformSearch(const GameList& games, const std::string&) {
   LogStream() << "[RiotPlatformSearch] Starting Riot Platform Search...\n";
-  const std::string commonAppData = ShellFolder(CSIDL_COMMON_APPDATA);
+  const std::string commonAppData = KnownFolderPath(KnownFolder::kCommonData);
   LogVerdictOnHelper(GetRiotLaunchHelper(commonAppData));
   const std::vector<std::string> folders = GetRiotGameFolders(commonAppData);
   if (folders.empty()) {
@@ -106,8 +107,7 @@ std::string GetRiotLaunchHelper(const std::string& commonAppData) {
       LogStream() << "[RiotPlatformSearch] JSON file not found: " << path << "\n";
       return;
     }
-    std::ifstream file = OpenTextFile(path);
-    helper = ReadRiotLaunchHelper(file);
+    helper = ReadRiotLaunchHelper(*OpenTextFile(path));
   });
   return helper;
 }
@@ -122,20 +122,17 @@ std::vector<std::string> GetRiotGameFolders(const std::string& commonAppData) {
       LogStream() << "[RiotPlatformSearch] Metadata path not found or not a directory.\n";
       return;
     }
-    for (const std::filesystem::directory_entry& entry :
-         std::filesystem::directory_iterator(PathFromUtf8(path))) {
-      if (!entry.is_directory() || !NameContains(entry, ".live")) continue;
-      LogStream() << "[RiotPlatformSearch] Found live directory: " << PathToUtf8(entry.path().filename())
-                  << "\n";
-      AppendFolderOf(entry.path(), folders);
-    }
+    ForEach(ListFolders(path), [&](const FolderEntry& product) {
+      if (product.name.find(L".live") == std::wstring::npos) return;
+      LogStream() << "[RiotPlatformSearch] Found live directory: " << WideToUtf8(product.name) << "\n";
+      AppendFolderOf(product.path, folders);
+    });
   });
   return folders;
 }
 
 std::string ReadYamlInstallPath(const std::string& path) {
-  std::ifstream yaml = OpenTextFile(path);
-  return ReadYamlInstallPath(yaml, path);
+  return ReadYamlInstallPath(*OpenTextFile(path), path);
 }
 
 }  // namespace tarnwick

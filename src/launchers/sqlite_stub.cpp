@@ -1,12 +1,12 @@
 // Edge: database files that are looked for and never opened.
 #include "launchers/sqlite_stub.h"
 
-#include "foundation/files.h"
+#include "foundation/machine/paths.h"
 
 namespace tarnwick {
 
 std::string DatabasePath(const DatabaseLauncher& launcher) {
-  const std::string folder = ShellFolder(launcher.baseFolder);
+  const std::string folder = KnownFolderPath(launcher.baseFolder);
   return folder.empty() ? folder : folder + launcher.pathBelow;
 }
 

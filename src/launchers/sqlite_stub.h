@@ -4,6 +4,7 @@
 // tested all the same.
 
 #include "foundation/log.h"
+#include "foundation/machine/known_folders.h"
 #include "matching/found_report.h"
 #include "matching/scan_result.h"
 
@@ -15,7 +16,7 @@ namespace tarnwick {
 struct DatabaseLauncher {
   std::string prefix;     // bracketed, at the start of each line
   std::string startText;  // the line that a search begins with, behind the prefix
-  int baseFolder;         // CSIDL
+  KnownFolder baseFolder;
   std::string pathBelow;  // of the database file, from the base folder on
 };
 

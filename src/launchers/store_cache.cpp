@@ -1,8 +1,12 @@
 // Edge: the registry keys and the folder of the Store's caches.
 #include "launchers/store_cache.h"
 
-#include "foundation/files.h"
 #include "foundation/log.h"
+#include "foundation/machine/data_files.h"
+#include "foundation/machine/folders.h"
+#include "foundation/machine/known_folders.h"
+#include "foundation/machine/paths.h"
+#include "foundation/text.h"
 #include "launchers/registry_record.h"
 #include "matching/registry.h"
 
@@ -13,13 +17,14 @@ constexpr const char* kCategoryKeys[] = {
     R"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\InstallService\State\CategoryCache)",
     R"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\InstallAgent\CategoryCache)",
 };
-constexpr int kLocalData = 0x1C;  // CSIDL_LOCAL_APPDATA
 const std::string kStoreCache = R"(\Packages\Microsoft.WindowsStore_8wekyb3d8bbwe\LocalCache)";
+
+bool IsJsonName(std::wstring_view name) { return name.ends_with(L".json"); }
 
 // Which value holds the data differs: the first one, by name, that yields a product counts.
 FulfillmentData FulfillmentDataOf(const std::string& key) {
-  RegistryValues values = EnumRegistryValues(key, k64BitView);
-  if (values.empty()) values = EnumRegistryValues(key, k32BitView);
+  RegistryValues values = EnumRegistryValues(key, RegistryView::k64);
+  if (values.empty()) values = EnumRegistryValues(key, RegistryView::k32);
   for (const auto& [name, text] : values) {
     const FulfillmentData data = ParseFulfillmentData(text);
     if (!data.productId.empty()) return data;
@@ -50,14 +55,11 @@ CategoryCache LoadCategoryCache() {
 
 EntitlementsCache LoadEntitlementsCache() {
   EntitlementsCache cache;
-  const std::string localData = ShellFolder(kLocalData);
+  const std::string localData = KnownFolderPath(KnownFolder::kLocalData);
   if (localData.empty() || !DirectoryExists(localData + kStoreCache)) return cache;
   LogExceptions("[UWP] Error reading EntitlementsCache: ", [&] {
-    ForEachFile(PathFromUtf8(localData + kStoreCache), false, [&](const std::filesystem::path& path) {
-      if (!path.native().ends_with(L".json")) return;
-      std::ifstream file(path);
-      ParseEntitlements(ReadAll(file), cache);
-    });
+    ForEach(WalkFiles(localData + kStoreCache, IsJsonName),
+            [&](const FolderEntry& file) { ParseEntitlements(ReadAll(*OpenTextFile(file.path)), cache); });
   });
   return cache;
 }

@@ -6,9 +6,7 @@
 namespace tarnwick {
 namespace {
 
-constexpr int kCommonData = 35;  // CSIDL_COMMON_APPDATA
-
-const DatabaseLauncher kTwitch = {"[TwitchSearch]", "Starting Twitch Search...", kCommonData,
+const DatabaseLauncher kTwitch = {"[TwitchSearch]", "Starting Twitch Search...", KnownFolder::kCommonData,
                                   R"(\Twitch\Games\Sql\GameInstallInfo.sqlite)"};
 
 }  // namespace

@@ -1,9 +1,11 @@
 // Edge: Ubisoft games, from the launcher's configuration cache and its Uninstall entries.
 #include "launchers/uplay_configuration_search.h"
 
-#include "foundation/files.h"
 #include "foundation/log.h"
+#include "foundation/machine/data_files.h"
+#include "foundation/machine/paths.h"
 #include "foundation/text.h"
+#include "launchers/registry_record.h"
 #include "matching/found_report.h"
 #include "matching/paths.h"
 #include "matching/registry.h"
@@ -15,13 +17,11 @@ namespace tarnwick {
 namespace {
 
 const std::string kPrefix = "[UplayConfigurationSearch]";
-const std::string kUninstallKey =
-    "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
 
 using InstallsByName = std::map<std::string, UplayInstallEntry>;
 
 std::string ConfigurationsPath() {
-  const std::string launcher = ReadRegistryString(kUninstallKey + "\\Uplay", "InstallLocation", "");
+  const std::string launcher = ReadRegistryString(UninstallRecordKey("Uplay"), "InstallLocation", "");
   return launcher.empty() ? std::string() : CombinePath(launcher, "cache\\configuration\\configurations");
 }
 
@@ -60,7 +60,7 @@ void ReportRecord(ScanResults& results, const UplayConfigRecord& record,
 // Empty texts for values that are missing.
 UplayInstallEntry ReadInstall(const std::string& keyName) {
   UplayInstallEntry entry;
-  entry.keyPath = kUninstallKey + "\\" + keyName;
+  entry.keyPath = UninstallRecordKey(keyName);
   entry.valueName = "InstallLocation";
   entry.installLocation = ReadRegistryString(entry.keyPath, "InstallLocation", "");
   entry.displayName = ReadRegistryString(entry.keyPath, "DisplayName", "");
@@ -87,17 +87,17 @@ std::vector<UplayConfigRecord> ParseUplayConfigurations(const std::string& path)
   constexpr std::streamoff kTooLarge = 0x80000000;
   // As bytes: each record is framed with the byte 0x1A, which ends a file that Windows opens as text. The
   // reader takes the carriage returns off itself.
-  std::ifstream file = OpenBinaryFile(path);
-  if (!file) return {};
-  if (file.seekg(0, std::ios::end).tellg() >= kTooLarge) throw std::bad_alloc();
-  file.seekg(0);
-  return ReadUplayConfigurations(ReadAll(file));
+  const DataFile file = OpenBinaryFile(path);
+  if (!*file) return {};
+  if (file->seekg(0, std::ios::end).tellg() >= kTooLarge) throw std::bad_alloc();
+  file->seekg(0);
+  return ReadUplayConfigurations(ReadAll(*file));
 }
 
 std::vector<UplayInstallEntry> FindUplayInstalls() {
   std::vector<UplayInstallEntry> installs;
-  for (const bool use64 : {false, true}) {
-    for (const std::string& name : EnumRegistrySubKeys(kUninstallKey, use64)) {
+  for (const RegistryView view : {RegistryView::k32, RegistryView::k64}) {
+    for (const std::string& name : EnumRegistrySubKeys(kUninstallKey, view)) {
       if (name.find("Uplay Install") == std::string::npos) continue;
       UplayInstallEntry entry = ReadInstall(name);
       if (entry.installLocation.empty() || entry.displayName.empty()) continue;

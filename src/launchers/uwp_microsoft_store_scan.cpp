@@ -1,8 +1,8 @@
 // Edge: packaged games of the current user: which packages are games, and what is said of them.
 #include "launchers/uwp_microsoft_store_scan.h"
 
-#include "foundation/files.h"
 #include "foundation/log.h"
+#include "foundation/machine/paths.h"
 #include "foundation/text.h"
 #include "launchers/store_cache.h"
 #include "launchers/uwp_packages.h"

@@ -1,8 +1,12 @@
 // Edge: where packages lie, by the registry or by the folders of packages.
 #include "launchers/uwp_packages.h"
 
-#include "foundation/files.h"
+#include "foundation/conversions.h"
 #include "foundation/log.h"
+#include "foundation/machine/data_files.h"
+#include "foundation/machine/folders.h"
+#include "foundation/machine/paths.h"
+#include "foundation/text.h"
 #include "launchers/registry_record.h"
 #include "matching/paths.h"
 #include "matching/registry.h"
@@ -63,12 +67,11 @@ void WalkPackageFolder(std::vector<UwpPackage>& packages, const std::string& fol
   LogStream() << kPrefix << " Scanning directory: " << folder << "\n";
   const size_t before = packages.size();
   size_t scanned = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(PathFromUtf8(folder))) {
-    if (!entry.is_directory()) continue;
+  ForEach(ListFolders(folder), [&](const FolderEntry& entry) {
     ++scanned;
-    const std::string name = PathToUtf8(entry.path().filename());
+    const std::string name = WideToUtf8(entry.name);
     PassOverFailing(name, [&] { AppendPackageOfFolder(packages, folder, name); });
-  }
+  });
   LogStream() << kPrefix << " Scanned " << scanned << " directories in " << folder << ", found "
               << packages.size() - before << " packages with manifests.\n";
 }
@@ -114,8 +117,7 @@ std::vector<UwpPackage> ScanPackageFolders(const std::vector<std::string>& folde
 
 AppxManifest ReadAppxManifest(const std::string& installedLocation) {
   if (installedLocation.empty()) return {};
-  std::ifstream file = OpenTextFile(CombinePath(installedLocation, kManifestName));
-  return ParseAppxManifest(ReadAll(file));
+  return ParseAppxManifest(ReadAll(*OpenTextFile(CombinePath(installedLocation, kManifestName))));
 }
 
 bool HasGameIndicatorFile(const std::string& installedLocation) {

@@ -2,12 +2,15 @@
 #include "matching/default_exe_search.h"
 
 #include "foundation/log.h"
+#include "foundation/machine/known_folders.h"
 #include "foundation/text.h"
-#include "foundation/windows_api.h"
+#include "matching/found_report.h"
 #include "matching/paths.h"
 
 namespace tarnwick {
 namespace {
+
+constexpr char kPrefix[] = "[DefaultExeSearch]";
 
 constexpr char kProgramFiles[] = "Program Files";
 constexpr char kProgramFilesX86[] = "Program Files (x86)";
@@ -62,11 +65,11 @@ std::string FindOnDrive(const GameSignature& signature, const std::string& drive
 
 std::vector<std::string> ListFixedDrives() {
   std::vector<std::string> roots;
-  const DWORD drives = GetLogicalDrives();
+  const uint32_t drives = LogicalDrives();
   for (int i = 0; i < 26; ++i) {
     if ((drives >> i & 1) == 0) continue;
     const std::string root = std::string(1, static_cast<char>('A' + i)) + ":\\";
-    if (GetDriveTypeA(root.c_str()) == DRIVE_FIXED) roots.push_back(root);
+    if (IsFixedDrive(root)) roots.push_back(root);
   }
   return roots;
 }
@@ -89,7 +92,7 @@ std::vector<std::string> BuildDriveCandidates(const GameSignature& signature, co
 }
 
 ScanResults ScanDefaultExe(const GameList& games, const std::string&) {
-  LogStream() << "[DefaultExeSearch] Starting DefaultExe Search...\n";
+  LogStream() << kPrefix << " Starting DefaultExe Search...\n";
   const std::vector<std::string> drives = ListFixedDrives();
   ScanResults results;
   for (const GameSignature& signature : games) {
@@ -102,12 +105,10 @@ ScanResults ScanDefaultExe(const GameList& games, const std::string&) {
       result.exePath = exe;
       result.launchUrl = signature.LaunchUrl;
       result.source = "DefaultExe Search";
-      result.found = true;
-      results.push_back(result);
-      LogStream() << "[DefaultExeSearch] Found: " << result.name << " -> " << exe << "\n";
+      ReportFound(results, kPrefix, result);
     }
   }
-  LogStream() << "[DefaultExeSearch] Scan completed! Found " << results.size() << " games.\n";
+  ReportCompletion(results, kPrefix);
   return results;
 }
 

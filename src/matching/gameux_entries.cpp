@@ -1,7 +1,7 @@
 // Edge: the executables of the game explorer's entries.
 #include "matching/gameux_entries.h"
 
-#include "foundation/files.h"
+#include "foundation/machine/paths.h"
 #include "matching/path_text.h"
 
 namespace tarnwick {

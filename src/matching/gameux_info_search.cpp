@@ -2,6 +2,7 @@
 #include "matching/gameux_info_search.h"
 
 #include "foundation/log.h"
+#include "matching/found_report.h"
 #include "matching/registry.h"
 
 #include <exception>
@@ -9,19 +10,14 @@
 namespace tarnwick {
 namespace {
 
-using Values = std::map<std::string, std::string>;
-
-std::string ValueOrEmpty(const Values& values, const std::string& name) {
-  const auto found = values.find(name);
-  return found == values.end() ? std::string() : found->second;
-}
+constexpr char kPrefix[] = "[GameUXInfoSearch]";
 
 void AddSubkey(const std::string& subkey, GameUxEntries& entries) {
   if (subkey.empty()) return;
   GameUxEntry entry;
   entry.keyPath = kGameUxListKey + subkey;
   entry.applicationId = subkey;
-  const Values values = EnumRegistryValues(entry.keyPath, false);
+  const RegistryValues values = EnumRegistryValues(entry.keyPath, RegistryView::k32);
   entry.appExePath = ValueOrEmpty(values, "AppExePath");
   // Kept: found by this exact name alone. An entry that spells it "ConfigGDFBinaryPath" has none here.
   entry.configGdfBinaryPath = ValueOrEmpty(values, "ConfigGdfBinaryPath");
@@ -33,15 +29,16 @@ void AddSubkey(const std::string& subkey, GameUxEntries& entries) {
 GameUxEntries ReadGameUxInfoEntries() {
   GameUxEntries entries;
   try {
-    for (const std::string& subkey : EnumRegistrySubKeys(kGameUxListKey, false)) AddSubkey(subkey, entries);
+    for (const std::string& subkey : EnumRegistrySubKeys(kGameUxListKey, RegistryView::k32))
+      AddSubkey(subkey, entries);
   } catch (const std::exception& error) {
-    LogStream() << "[GameUXInfoSearch] Error reading GameUX registry: " << error.what() << "\n";
+    LogStream() << kPrefix << " Error reading GameUX registry: " << error.what() << "\n";
   }
   return entries;
 }
 
 ScanResults ScanGameUxInfo() {
-  LogStream() << "[GameUXInfoSearch] Starting GameUX Info Search...\n";
+  LogStream() << kPrefix << " Starting GameUX Info Search...\n";
   ScanResults results;
   for (const auto& [id, entry] : ReadGameUxInfoEntries()) {
     const std::string exe = FindGameUxExecutable(entry);
@@ -50,11 +47,9 @@ ScanResults ScanGameUxInfo() {
     result.name = entry.applicationId;
     result.exePath = exe;
     result.source = "GameUX Info: " + entry.applicationId;
-    result.found = true;
-    results.push_back(result);
-    LogStream() << "[GameUXInfoSearch] Found: " << entry.applicationId << " -> " << exe << "\n";
+    ReportFound(results, kPrefix, result);
   }
-  LogStream() << "[GameUXInfoSearch] Scan completed! Found " << results.size() << " games.\n";
+  ReportCompletion(results, kPrefix);
   return results;
 }
 

@@ -3,6 +3,7 @@
 
 #include "foundation/log.h"
 #include "foundation/seh_guard.h"
+#include "matching/found_report.h"
 #include "matching/path_text.h"
 #include "matching/registry.h"
 #include "matching/signatures.h"
@@ -12,6 +13,8 @@
 
 namespace tarnwick {
 namespace {
+
+constexpr char kPrefix[] = "[GameUXRegistrySearch]";
 
 bool IsSystemsOwnGame(const std::string& configGdfBinaryPath) {
   return ContainsIgnoreCase(configGdfBinaryPath, "Program Files\\Microsoft Games");
@@ -42,9 +45,9 @@ GameUxEntries ReadEntriesOrNone() {
   try {
     return ReadGameUxEntries();
   } catch (const std::exception& error) {
-    LogStream() << "[GameUXRegistrySearch] CRITICAL: Failed to get GameUX infos: " << error.what() << "\n";
+    LogStream() << kPrefix << " CRITICAL: Failed to get GameUX infos: " << error.what() << "\n";
   } catch (...) {
-    LogStream() << "[GameUXRegistrySearch] CRITICAL: Failed to get GameUX infos (Unknown error)\n";
+    LogStream() << kPrefix << " CRITICAL: Failed to get GameUX infos (Unknown error)\n";
   }
   return {};
 }
@@ -60,9 +63,7 @@ void FindGame(const GameSignature& signature, const GameUxEntries& entries, Scan
   result.name = signature.DisplayName;
   result.exePath = exe;
   result.source = entry->second.keyPath;
-  result.found = true;
-  results.push_back(result);
-  LogStream() << "[GameUXRegistrySearch] Found: " << result.name << " -> " << exe << "\n";
+  ReportFound(results, kPrefix, result);
 }
 
 }  // namespace
@@ -88,28 +89,28 @@ void ReadGameUxSubkey(const std::string& listKey, const std::string& subkey, Gam
 GameUxEntries ReadGameUxEntries() {
   GameUxEntries entries;
   try {
-    LogStream() << "[GameUXRegistrySearch] Enumerating subkeys of: " << kGameUxListKey << "\n";
-    const std::vector<std::string> subkeys = EnumRegistrySubKeys(kGameUxListKey, false);
-    LogStream() << "[GameUXRegistrySearch] Found " << subkeys.size() << " subkeys.\n";
+    LogStream() << kPrefix << " Enumerating subkeys of: " << kGameUxListKey << "\n";
+    const std::vector<std::string> subkeys = EnumRegistrySubKeys(kGameUxListKey, RegistryView::k32);
+    LogStream() << kPrefix << " Found " << subkeys.size() << " subkeys.\n";
     for (const std::string& subkey : subkeys) {
       GuardGameUxSubkey(subkey, [&] { ReadGameUxSubkey(kGameUxListKey, subkey, entries); });
     }
   } catch (const std::exception& error) {
-    LogStream() << "[GameUXRegistrySearch] Error reading GameUX registry: " << error.what() << "\n";
+    LogStream() << kPrefix << " Error reading GameUX registry: " << error.what() << "\n";
   }
   return entries;
 }
 
 ScanResults ScanGameUxRegistry(const GameList& games) {
-  LogStream() << "[GameUXRegistrySearch] Starting GameUX Registry Search...\n";
+  LogStream() << kPrefix << " Starting GameUX Registry Search...\n";
   const GameUxEntries entries = ReadEntriesOrNone();
-  LogStream() << "[GameUXRegistrySearch] Got " << entries.size() << " GameUX entries.\n";
+  LogStream() << kPrefix << " Got " << entries.size() << " GameUX entries.\n";
   ScanResults results;
   for (const GameSignature& signature : games) {
     if (!HasGameGuid(signature)) continue;
     GuardSignature("[GameUXRegistrySearch] ", signature, [&] { FindGame(signature, entries, results); });
   }
-  LogStream() << "[GameUXRegistrySearch] Scan completed! Found " << results.size() << " games.\n";
+  ReportCompletion(results, kPrefix);
   return results;
 }
 

@@ -2,20 +2,14 @@
 #include "matching/paths.h"
 
 #include "foundation/conversions.h"
+#include "foundation/machine/known_folders.h"
+#include "foundation/machine/path_rules.h"
 #include "foundation/text.h"
-#include "foundation/windows_api.h"
 
-#include <shlobj.h>
-#include <shlwapi.h>
 #include <algorithm>
 
 namespace tarnwick {
 namespace {
-
-bool RunsUnderWow64() {
-  BOOL wow64 = FALSE;
-  return IsWow64Process(GetCurrentProcess(), &wow64) && wow64;
-}
 
 // Kept: the test is for WOW64, not for a 64-bit Windows. A 64-bit build never takes the 64 field.
 const std::string& PickField(const std::string& plain, const std::string& for32, const std::string& for64) {
@@ -24,9 +18,9 @@ const std::string& PickField(const std::string& plain, const std::string& for32,
   return for32;
 }
 
-void ReplaceToken(std::string& text, const std::string& token, size_t length, int csidl) {
+void ReplaceToken(std::string& text, const std::string& token, size_t length, KnownFolder known) {
   for (size_t at = text.find(token); at != std::string::npos;) {
-    const std::string folder = ShellFolder(csidl);
+    const std::string folder = KnownFolderPath(known);
     if (!folder.empty()) text.replace(at, length, folder);
     at = text.find(token, at + (folder.empty() ? length : folder.size()));
   }
@@ -45,15 +39,6 @@ std::string JoinAll(std::string path, const std::vector<std::string>& segments) 
   return path;
 }
 
-std::string FirstExistingDefaultExe(const std::string& folder, const GameSignature& signature) {
-  for (const std::string* exe : {&signature.DefaultExe, &signature.DefaultExe32, &signature.DefaultExe64}) {
-    if (exe->empty()) continue;
-    const std::string candidate = CombinePath(folder, *exe);
-    if (FileExists(candidate)) return candidate;
-  }
-  return {};
-}
-
 }  // namespace
 
 std::string CombinePath(const std::string& first, const std::string& second) {
@@ -62,18 +47,12 @@ std::string CombinePath(const std::string& first, const std::string& second) {
   const bool network = second.starts_with("\\\\") || second.starts_with("//");
   const std::wstring wideFirst = Utf8ToWide(first);
   const std::wstring wideSecond = Utf8ToWide(network ? second : TrimLeadingSeparators(second));
-  // A join that fails leaves an empty buffer, and the answer is what stands in it.
-  wchar_t joined[MAX_PATH] = {};
-  PathCombineW(joined, wideFirst.c_str(), wideSecond.c_str());
-  return WideToUtf8(joined);
+  return WideToUtf8(CombineByShell(wideFirst, wideSecond));
 }
 
 std::string GetParentFolder(const std::string& path) {
-  if (path.empty()) return {};
-  wchar_t folder[MAX_PATH] = {};
-  wcsncpy_s(folder, MAX_PATH, Utf8ToWide(path).c_str(), MAX_PATH - 1);
-  PathRemoveFileSpecW(folder);
-  return WideToUtf8(folder);
+  constexpr int kFolderUnits = 260;
+  return WideToUtf8(FolderOf(Utf8ToWide(path), kFolderUnits));
 }
 
 std::string GetDefaultExe(const GameSignature& signature) {
@@ -92,12 +71,9 @@ std::string ExpandPathTokens(const std::string& text) {
   if (text.empty()) return {};
   std::string expanded = text;
   // Kept: the first token has 14 characters and 15 are replaced, so the character behind it goes with it.
-  ReplaceToken(expanded, "%ProgramFiles%", 15, CSIDL_PROGRAM_FILES);
-  ReplaceToken(expanded, "%ProgramFiles(x86)%", 19, CSIDL_PROGRAM_FILESX86);
-  constexpr DWORD kBufferBytes = 32767;
-  std::string buffer(kBufferBytes, '\0');
-  const DWORD length = ExpandEnvironmentStringsA(expanded.c_str(), buffer.data(), kBufferBytes);
-  return length == 0 || length > kBufferBytes ? expanded : std::string(buffer.c_str());
+  ReplaceToken(expanded, "%ProgramFiles%", 15, KnownFolder::kProgramFiles);
+  ReplaceToken(expanded, "%ProgramFiles(x86)%", 19, KnownFolder::kProgramFilesX86);
+  return ExpandNarrowVariables(expanded);
 }
 
 std::string BuildDrivePath(const std::string& driveRoot, const std::string& folder, const std::string& exe) {
@@ -145,6 +121,15 @@ std::vector<std::string> BuildFolderCandidates(const std::string& exePath,
     if (!candidate.empty()) candidates.push_back(candidate);
   }
   return candidates;
+}
+
+std::string FirstExistingDefaultExe(const std::string& folder, const GameSignature& signature) {
+  for (const std::string* exe : {&signature.DefaultExe, &signature.DefaultExe32, &signature.DefaultExe64}) {
+    if (exe->empty()) continue;
+    const std::string candidate = CombinePath(folder, *exe);
+    if (FileExists(candidate)) return candidate;
+  }
+  return {};
 }
 
 std::string ResolveExeFromInstallText(const std::string& text, const GameSignature& signature) {

@@ -1,10 +1,10 @@
 #pragma once
 // Path operations that ask Windows: joins, tokens, and the places where a signature's executable may lie.
 // UTF-8 in, UTF-8 out, empty means nothing. The purely textual ones are in path_text.h, the tests for
-// existence in foundation/files.h.
+// existence in foundation/machine/paths.h.
 
 #include "catalogue/game_signature.h"
-#include "foundation/files.h"
+#include "foundation/machine/paths.h"
 #include "matching/path_text.h"
 
 #include <string>
@@ -38,6 +38,10 @@ std::string JoinFolderFragment(const std::string& folder, const std::string& fra
 // exePath itself, then one path for each fragment: its segments moved to the end of exePath's folder.
 std::vector<std::string> BuildFolderCandidates(const std::string& exePath,
                                                const std::vector<std::string>& fragments);
+
+// The first of the signature's DefaultExe, DefaultExe32 and DefaultExe64 that is an existing file in the
+// folder; empty if none is.
+std::string FirstExistingDefaultExe(const std::string& folder, const GameSignature& signature);
 
 // The first executable that an install text, taken as a command line, leads to.
 std::string ResolveExeFromInstallText(const std::string& text, const GameSignature& signature);

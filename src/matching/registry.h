@@ -4,7 +4,7 @@
 // closes its own key, so all of it is safe on any thread.
 
 #include "catalogue/game_signature.h"
-#include "foundation/windows_api.h"
+#include "foundation/machine/registry_keys.h"
 
 #include <cstdint>
 #include <map>
@@ -14,7 +14,7 @@
 namespace tarnwick {
 
 // False for a text that begins with none of the four hive names. Short names such as HKLM are not known.
-bool ParseRegistryPath(const std::string& text, HKEY& root, std::string& subkey);
+bool ParseRegistryPath(const std::string& text, RegistryRoot& root, std::string& subkey);
 
 // The text of a REG_SZ or REG_EXPAND_SZ value, not expanded, up to its first NUL. Reads the native view;
 // below HKEY_LOCAL_MACHINE the 64-bit and then the 32-bit view are tried where the key doesn't exist in it.
@@ -24,13 +24,16 @@ std::string ReadRegistryString(const std::string& keyText, const std::string& va
 // A REG_DWORD value, 0 if it can't be read. Views as above.
 uint32_t ReadRegistryDword(const std::string& keyText, const std::string& valueName);
 
-// Names of the direct subkeys in the order of the registry, from exactly one view: 64-bit if `use64`, else
-// 32-bit.
-std::vector<std::string> EnumRegistrySubKeys(const std::string& keyText, bool use64);
+// Names of the direct subkeys in the order of the registry, from exactly that view.
+std::vector<std::string> EnumRegistrySubKeys(const std::string& keyText, RegistryView view);
 
 // All values of a key in one view, by name; values that are not strings have an empty text. The list ends
 // early at a value of more than 4096 bytes or a name of more than 511 units.
-std::map<std::string, std::string> EnumRegistryValues(const std::string& keyText, bool use64);
+using RegistryValues = std::map<std::string, std::string>;  // compared byte by byte
+RegistryValues EnumRegistryValues(const std::string& keyText, RegistryView view);
+
+// The value's text, or empty if there is no such value.
+std::string ValueOrEmpty(const RegistryValues& values, const std::string& name);
 
 // HKEY_CURRENT_USER at the text's start becomes HKEY_USERS\userText, unless userText is empty.
 std::string ExpandUserHive(const std::string& keyText, const std::string& userText);

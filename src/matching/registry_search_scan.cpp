@@ -2,6 +2,7 @@
 #include "matching/registry_search_scan.h"
 
 #include "foundation/log.h"
+#include "matching/found_report.h"
 #include "matching/paths.h"
 #include "matching/registry.h"
 #include "matching/signatures.h"
@@ -11,6 +12,8 @@
 
 namespace tarnwick {
 namespace {
+
+constexpr char kPrefix[] = "[RegistrySearch]";
 
 using SortedPaths = std::set<std::string>;
 
@@ -69,9 +72,7 @@ void FindGame(const GameSignature& signature, const std::string& userSid, ScanRe
   result.exePath = exe;
   result.launchUrl = signature.LaunchUrl;
   result.source = "Registry Search";
-  result.found = true;
-  results.push_back(result);
-  LogStream() << "[RegistrySearch] Found: " << result.name << " -> " << exe << "\n";
+  ReportFound(results, kPrefix, result);
 }
 
 }  // namespace
@@ -95,13 +96,13 @@ std::string ResolveRegistrySearchExe(const std::string& text, const GameSignatur
 }
 
 ScanResults ScanRegistrySearch(const GameList& games, const std::string& userSid) {
-  LogStream() << "[RegistrySearch] Starting Registry Search...\n";
+  LogStream() << kPrefix << " Starting Registry Search...\n";
   ScanResults results;
   for (const GameSignature& signature : games) {
     if (!IsTested(signature)) continue;
     GuardSignature("[RegistrySearch] ", signature, [&] { FindGame(signature, userSid, results); });
   }
-  LogStream() << "[RegistrySearch] Scan completed! Found " << results.size() << " games.\n";
+  ReportCompletion(results, kPrefix);
   return results;
 }
 

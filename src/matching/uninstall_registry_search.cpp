@@ -2,7 +2,9 @@
 #include "matching/uninstall_registry_search.h"
 
 #include "foundation/log.h"
+#include "foundation/machine/uninstall_key.h"
 #include "foundation/text.h"
+#include "matching/found_report.h"
 #include "matching/paths.h"
 #include "matching/registry.h"
 #include "matching/signatures.h"
@@ -10,7 +12,7 @@
 namespace tarnwick {
 namespace {
 
-constexpr char kUninstallKey[] = R"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall\)";
+constexpr char kPrefix[] = "[UninstallSearch]";
 
 bool IsTested(const GameSignature& signature) {
   return HasGameGuid(signature) && signature.SourceKind != kSourceSteam;
@@ -42,7 +44,7 @@ std::vector<std::string> FragmentCandidates(const std::string& folder, const Gam
 }
 
 void FindGame(const GameSignature& signature, ScanResults& results) {
-  const std::string key = kUninstallKey + ("{" + signature.GameGUID) + "}";
+  const std::string key = std::string(kUninstallKey) + "\\{" + signature.GameGUID + "}";
   const std::string folder = ReadRegistryString(key, "InstallLocation", "");
   if (folder.empty()) return;
   const std::string displayIcon = ReadRegistryString(key, "DisplayIcon", "");
@@ -54,9 +56,7 @@ void FindGame(const GameSignature& signature, ScanResults& results) {
   result.launchUrl = signature.LaunchUrl;
   result.source = "Uninstall Registry";
   result.displayIcon = displayIcon;
-  result.found = true;
-  results.push_back(result);
-  LogStream() << "[UninstallSearch] Found: " << result.name << " -> " << exe << "\n";
+  ReportFound(results, kPrefix, result);
 }
 
 }  // namespace
@@ -69,13 +69,13 @@ std::string ResolveUninstallExe(const std::string& folder, const GameSignature& 
 }
 
 ScanResults ScanUninstallSearch(const GameList& games) {
-  LogStream() << "[UninstallSearch] Starting Uninstall Search...\n";
+  LogStream() << kPrefix << " Starting Uninstall Search...\n";
   ScanResults results;
   for (const GameSignature& signature : games) {
     if (!IsTested(signature)) continue;
     GuardSignature("[UninstallSearch] ", signature, [&] { FindGame(signature, results); });
   }
-  LogStream() << "[UninstallSearch] Scan completed! Found " << results.size() << " games.\n";
+  ReportCompletion(results, kPrefix);
   return results;
 }
 

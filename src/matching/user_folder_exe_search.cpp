@@ -1,25 +1,29 @@
 // Edge: games whose default folder lies in a user's profile, tried for every profile.
 #include "matching/user_folder_exe_search.h"
 
+#include "foundation/conversions.h"
 #include "foundation/log.h"
+#include "foundation/machine/folders.h"
+#include "foundation/machine/known_folders.h"
 #include "foundation/text.h"
-#include "foundation/windows_api.h"
+#include "matching/found_report.h"
 #include "matching/paths.h"
 
-#include <filesystem>
 #include <optional>
 
 namespace tarnwick {
 namespace {
 
+constexpr char kPrefix[] = "[UserFolderExeSearch]";
+
 std::string SystemDrive() {
-  char drive[4] = {};
-  const DWORD length = GetEnvironmentVariableA("SystemDrive", drive, sizeof(drive));
-  return length == 0 || length >= sizeof(drive) ? "C:" : drive;
+  constexpr uint32_t kDriveBytes = 4;
+  const std::string drive = EnvironmentText("SystemDrive", kDriveBytes);
+  return drive.empty() ? "C:" : drive;
 }
 
 // Kept: case counts, so a profile named "default" is one.
-bool IsUserName(const std::filesystem::path& name) {
+bool IsUserName(const std::wstring& name) {
   return name != L"Public" && name != L"Default" && name != L"Default User";
 }
 
@@ -47,17 +51,16 @@ std::string FindInProfiles(const std::vector<std::string>& profiles, const std::
 
 std::vector<std::string> ListUserFolders() {
   std::vector<std::string> folders;
-  const std::filesystem::path root = PathFromUtf8(SystemDrive() + "\\Users");
-  if (!std::filesystem::exists(root)) return folders;
-  for (const std::filesystem::directory_entry& entry : std::filesystem::directory_iterator(root)) {
-    if (entry.is_directory() && IsUserName(entry.path().filename()))
-      folders.push_back(PathToUtf8(entry.path()));
-  }
+  const std::string root = SystemDrive() + "\\Users";
+  if (!FileOrFolderExists(root)) return folders;
+  ForEach(ListFolders(root), [&](const FolderEntry& entry) {
+    if (IsUserName(entry.name)) folders.push_back(WideToUtf8(entry.path));
+  });
   return folders;
 }
 
 ScanResults ScanUserFolderExe(const GameList& games, const std::string&) {
-  LogStream() << "[UserFolderExeSearch] Starting UserFolderExe Search...\n";
+  LogStream() << kPrefix << " Starting UserFolderExe Search...\n";
   ScanResults results;
   std::optional<std::vector<std::string>> profiles;  // listed when the first signature asks for them
   for (const GameSignature& signature : games) {
@@ -72,11 +75,9 @@ ScanResults ScanUserFolderExe(const GameList& games, const std::string&) {
     result.exePath = exe;
     result.launchUrl = signature.LaunchUrl;
     result.source = "UserFolderExe Search";
-    result.found = true;
-    results.push_back(result);
-    LogStream() << "[UserFolderExeSearch] Found: " << result.name << " -> " << exe << "\n";
+    ReportFound(results, kPrefix, result);
   }
-  LogStream() << "[UserFolderExeSearch] Scan completed! Found " << results.size() << " games.\n";
+  ReportCompletion(results, kPrefix);
   return results;
 }
 

@@ -1,25 +1,21 @@
 // Edge: the app cache's file.
 #include "steam/app_info_file.h"
 
-#include "foundation/files.h"
+#include "foundation/machine/data_files.h"
 #include "matching/paths.h"
 
+#include <utility>
+
 namespace tarnwick {
-namespace {
-
-bool OpenStream(SteamAppInfoReader& reader) {
-  if (reader.stream.is_open()) reader.stream.close();  // sets the fail state itself if it can't
-  reader.stream.open(PathFromUtf8(reader.filePath), std::ios::in | std::ios::binary);
-  return reader.stream.is_open();
-}
-
-}  // namespace
 
 bool LoadAppInfoIndex(SteamAppInfoReader& reader, const std::string& steamPath) {
   reader.index.clear();
   reader.filePath = CombinePath(steamPath, "appcache\\appinfo.vdf");
-  if (!FileExists(reader.filePath) || !OpenStream(reader)) return false;
-  IndexAppInfo(reader, reader.stream);
+  if (!FileExists(reader.filePath)) return false;
+  DataFile file = OpenBinaryFile(reader.filePath);
+  if (!*file) return false;
+  reader.stream = std::move(file);
+  IndexAppInfo(reader, *reader.stream);
   return true;
 }
 

@@ -189,7 +189,7 @@ void IndexAppInfo(SteamAppInfoReader& reader, std::istream& stream) {
 }
 
 bool ReadAppDetails(SteamAppInfoReader& reader, uint32_t appId, AppInfoDetails& details) {
-  return reader.stream.is_open() && ReadAppDetails(reader, reader.stream, appId, details);
+  return reader.stream && ReadAppDetails(reader, *reader.stream, appId, details);
 }
 
 bool ReadAppDetails(const SteamAppInfoReader& reader, std::istream& stream, uint32_t appId,

@@ -8,8 +8,9 @@
 // file.
 
 #include <cstdint>
-#include <fstream>
+#include <istream>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -34,7 +35,7 @@ struct SteamAppInfoReader {
   std::map<uint32_t, AppInfoIndexEntry> index;  // of two records with one id, the later
   std::vector<std::string> stringTable;         // key names; empty below version 41
   uint32_t version = 0;
-  std::ifstream stream;  // open as long as the reader lives
+  std::unique_ptr<std::istream> stream;  // null until the file is open; lives as long as the reader
 };
 
 // A place in the bytes of one app.

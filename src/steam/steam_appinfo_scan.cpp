@@ -2,9 +2,11 @@
 #include "steam/steam_appinfo_scan.h"
 
 #include "foundation/log.h"
-#include "foundation/owner.h"
+#include "foundation/machine/uninstall_key.h"
 #include "foundation/seh_guard.h"
+#include "foundation/structured_exception.h"
 #include "foundation/text.h"
+#include "matching/found_report.h"
 #include "matching/paths.h"
 #include "matching/registry.h"
 #include "steam/app_id_reader.h"
@@ -48,8 +50,8 @@ void CheckApp(SteamAppInfoReader& reader, const std::string& id, const std::stri
 void CheckAppGuarded(SteamAppInfoReader& reader, const std::string& id, const std::string& location,
                      ScanResults& results) {
   try {
-    LogStandardExceptions("  - Exception checking app " + id + ": ",
-                          [&] { CheckApp(reader, id, location, results); });
+    LogExceptions("  - Exception checking app " + id + ": ",
+                  [&] { CheckApp(reader, id, location, results); });
   } catch (...) {
     // Nothing is known of it that could be logged.
   }
@@ -92,19 +94,17 @@ ScanResults ScanSteamAppInfo(const GameList&, const std::string&) {
   bool completed = true;
   uint32_t fault = 0;
   LogCriticalErrors(kTag, [&] { completed = CheckApps(results, fault); });
-  if (fault != 0) RaiseException(fault, EXCEPTION_NONCONTINUABLE, 0, nullptr);
-  if (completed) LogStream() << kTag << " Scan completed! Found " << results.size() << " games.\n";
+  if (fault != 0) RaiseStructuredException(fault);
+  if (completed) ReportCompletion(results, kTag);
   return results;
 }
 
 InstalledApps CollectInstalledSteamApps() {
   InstalledApps locations;
-  CollectUninstallLocations(locations, "HKEY_LOCAL_MACHINE",
-                            "SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall");
+  CollectUninstallLocations(locations, "HKEY_LOCAL_MACHINE", kUninstallSubkey);
   CollectUninstallLocations(locations, "HKEY_LOCAL_MACHINE",
                             "SOFTWARE\\WOW6432Node\\Microsoft\\Windows\\CurrentVersion\\Uninstall");
-  CollectUninstallLocations(locations, "HKEY_CURRENT_USER",
-                            "Software\\Microsoft\\Windows\\CurrentVersion\\Uninstall");
+  CollectUninstallLocations(locations, "HKEY_CURRENT_USER", kUninstallSubkey);
   // Kept: exact and at the beginning, unlike the games scan's test.
   const std::string prefix = "Steam App ";
   InstalledApps apps;
@@ -115,18 +115,10 @@ InstalledApps CollectInstalledSteamApps() {
 }
 
 void CollectUninstallLocations(InstalledApps& locations, const std::string& hive, const std::string& subkey) {
-  const HKEY root = hive == "HKEY_CURRENT_USER" ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE;
-  RegistryKey key;
-  if (RegOpenKeyExA(root, subkey.c_str(), 0, KEY_READ | KEY_WOW64_64KEY, key.Receive()) != ERROR_SUCCESS) {
-    key.Release();
-    return;
-  }
+  const RegistryRoot root =
+      hive == "HKEY_CURRENT_USER" ? RegistryRoot::kCurrentUser : RegistryRoot::kLocalMachine;
   const std::string prefix = hive + "\\" + subkey + "\\";
-  for (DWORD index = 0;; ++index) {
-    char name[256];
-    DWORD length = sizeof(name);
-    if (RegEnumKeyExA(key.Get(), index, name, &length, nullptr, nullptr, nullptr, nullptr) != ERROR_SUCCESS)
-      return;
+  for (const std::string& name : ListNarrowSubkeys(OpenNarrowKey(root, subkey, RegistryView::k64))) {
     const std::string location = ReadRegistryString(prefix + name, "InstallLocation", "");
     if (!location.empty()) locations[name] = location;
   }

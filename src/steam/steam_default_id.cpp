@@ -3,34 +3,18 @@
 
 #include "foundation/log.h"
 #include "foundation/text.h"
-#include "foundation/windows_api.h"
+#include "matching/found_report.h"
 #include "matching/paths.h"
 #include "matching/registry.h"
 #include "steam/steam_folders.h"
 #include "steam/steam_guards.h"
 
 #include <exception>
-#include <filesystem>
-#include <system_error>
 
 namespace tarnwick {
 namespace {
 
 constexpr char kTag[] = "[SteamDefaultId]";
-
-bool IsFileByNarrowCall(const std::string& path) {
-  const DWORD attributes = GetFileAttributesA(path.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
-}
-
-// A size that can't be told counts as not empty.
-bool IsKnownToBeEmpty(const std::string& path) {
-  try {
-    return std::filesystem::file_size(PathFromUtf8(path)) == 0;
-  } catch (...) {
-    return false;
-  }
-}
 
 bool IsCandidate(const GameSignature& game) {
   return game.SourceKind == kSourceSteam && !game.SourceExId.empty() &&
@@ -46,8 +30,9 @@ void CheckGame(const std::string& steamPath, const GameSignature& game, ScanResu
   const std::string relative = game.DefaultFolder.substr(steamapps - 1);
   const std::string exePath = BuildDrivePath(steamPath, relative, game.DefaultExe);
   // Kept: both calls, so that a path which the ANSI code page spells differently is passed over.
-  if (!FileExists(exePath) || !IsFileByNarrowCall(exePath)) return;
-  if (IsKnownToBeEmpty(exePath)) {
+  if (!FileExists(exePath) || !NarrowFileExists(exePath)) return;
+  // A size that can't be told counts as not empty.
+  if (FileSize(exePath) == uint64_t{0}) {
     LogStream() << kTag << " Skipping 0-byte file: " << exePath << "\n";
     return;
   }
@@ -56,16 +41,14 @@ void CheckGame(const std::string& steamPath, const GameSignature& game, ScanResu
   result.exePath = exePath;
   result.launchUrl = "steam://run/" + game.SourceExId;
   result.source = "Steam ID: " + game.SourceExId;
-  result.found = true;
-  results.push_back(std::move(result));
-  LogStream() << kTag << " Found: " << game.DisplayName << " -> " << exePath << "\n";
+  ReportFound(results, kTag, result);
 }
 
 // False if the scan ends without its completion line.
 bool CheckGames(const GameList& games, ScanResults& results) {
   LogStream() << kTag << " Starting Steam Default ID Search...\n";
   const std::string steamPath = GetDefaultIdSteamPath();
-  if (!PathExists(steamPath)) {
+  if (!FileOrFolderExists(steamPath)) {
     LogStream() << kTag << " Steam path not found.\n";
     return false;
   }
@@ -85,7 +68,7 @@ ScanResults ScanSteamDefaultId(const GameList& games, const std::string&) {
   ScanResults results;
   bool completed = true;
   LogCriticalErrors(kTag, [&] { completed = CheckGames(games, results); });
-  if (completed) LogStream() << kTag << " Scan completed! Found " << results.size() << " games.\n";
+  if (completed) ReportCompletion(results, kTag);
   return results;
 }
 

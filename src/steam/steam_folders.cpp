@@ -2,10 +2,11 @@
 #include "steam/steam_folders.h"
 
 #include "foundation/conversions.h"
-#include "foundation/owner.h"
+#include "foundation/registry_value_reader.h"
 #include "matching/registry.h"
 
 #include <initializer_list>
+#include <optional>
 
 namespace tarnwick {
 namespace {
@@ -28,9 +29,7 @@ std::string FirstText(std::initializer_list<Place> places) {
 }
 
 RegistryKey OpenMachineKey(const char* subkey) {
-  RegistryKey key;
-  if (RegOpenKeyExA(HKEY_LOCAL_MACHINE, subkey, 0, KEY_READ, key.Receive()) != ERROR_SUCCESS) key.Release();
-  return key;
+  return OpenNarrowKey(RegistryRoot::kLocalMachine, subkey, RegistryView::kNative);
 }
 
 }  // namespace
@@ -49,14 +48,10 @@ std::string GetDefaultIdSteamPath() { return FirstText({kMachine32, kMachine}); 
 std::string GetShortcutsSteamPath() {
   RegistryKey key = OpenMachineKey("SOFTWARE\\WOW6432Node\\Valve\\Steam");
   if (!key) key = OpenMachineKey("SOFTWARE\\Valve\\Steam");
-  if (!key) return {};
-  char text[260] = {};
-  DWORD bytes = sizeof(text);
-  DWORD type = 0;
-  const LSTATUS status =
-      RegQueryValueExA(key.Get(), "InstallPath", nullptr, &type, reinterpret_cast<BYTE*>(text), &bytes);
-  if (status != ERROR_SUCCESS || type != REG_SZ) return {};
-  const std::string stored(text, bytes);  // the registry promises no terminator
+  constexpr uint32_t kRoom = 260;
+  const std::optional<RegistryValue> value = ReadNarrowValue(key, "InstallPath", kRoom);
+  if (!value || value->type != kRegistryText) return {};
+  const std::string stored(value->bytes.begin(), value->bytes.end());  // the registry promises no terminator
   return AnsiToUtf8(stored.substr(0, stored.find('\0')));
 }
 

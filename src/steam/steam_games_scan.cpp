@@ -1,9 +1,14 @@
 // Edge: the Steam games scan.
 #include "steam/steam_games_scan.h"
 
+#include "foundation/conversions.h"
 #include "foundation/log.h"
+#include "foundation/machine/data_files.h"
+#include "foundation/machine/folders.h"
+#include "foundation/machine/path_rules.h"
+#include "foundation/machine/uninstall_key.h"
 #include "foundation/text.h"
-#include "foundation/windows_api.h"
+#include "matching/found_report.h"
 #include "matching/paths.h"
 #include "matching/registry.h"
 #include "steam/library_folders_reader.h"
@@ -11,22 +16,18 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <set>
 #include <string_view>
 
 namespace tarnwick {
 namespace {
 
-constexpr char kUninstallKey[] =
-    "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Uninstall";
-
 // What Steam itself installs: redistributables and the parts for virtual reality.
 constexpr std::array<std::string_view, 3> ignoredSteamAppIds = {"228980", "250820", "205790"};
 
 // One scan's state.
 struct SteamScan {
-  SignaturesByAppId signaturesByAppId;
+  SignatureIndex signaturesByAppId;
   std::set<std::string> seenExePaths;  // compared as they are spelled
   ScanResults results;
 };
@@ -35,19 +36,11 @@ bool IsIgnored(const std::string& appId) {
   return std::find(ignoredSteamAppIds.begin(), ignoredSteamAppIds.end(), appId) != ignoredSteamAppIds.end();
 }
 
-SignaturesByAppId SteamSignatures(const GameList& games) {
-  SignaturesByAppId signatures;
-  for (const GameSignature& game : games) {
-    if (game.SourceKind == kSourceSteam && !game.SourceExId.empty()) signatures[game.SourceExId] = game;
-  }
-  return signatures;
-}
-
 // The 32-bit view's names, then those that only the 64-bit view has.
 std::vector<std::string> UninstallNames() {
-  std::vector<std::string> names = EnumRegistrySubKeys(kUninstallKey, false);
+  std::vector<std::string> names = EnumRegistrySubKeys(kUninstallKey, RegistryView::k32);
   std::set<std::string> known(names.begin(), names.end());
-  for (const std::string& name : EnumRegistrySubKeys(kUninstallKey, true)) {
+  for (const std::string& name : EnumRegistrySubKeys(kUninstallKey, RegistryView::k64)) {
     if (known.insert(name).second) names.push_back(name);
   }
   return names;
@@ -58,13 +51,6 @@ std::vector<std::string> UninstallNames() {
 std::string AppIdOfKey(const std::string& key) {
   const size_t words = ToUpperBytes(key).find("STEAM APP");
   return words == std::string::npos || words + 10 >= key.size() ? std::string() : key.substr(words + 10);
-}
-
-// Kept: this one test makes the narrow call with the text as the registry gave it, so a folder whose name the
-// ANSI code page spells differently from UTF-8 is left to the library pass.
-bool IsDirectoryByNarrowCall(const std::string& path) {
-  const DWORD attributes = GetFileAttributesA(path.c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
 void AppendResult(SteamScan& scan, const std::string& name, const std::string& exe, const std::string& appId,
@@ -84,7 +70,9 @@ void TakeUninstallKey(SteamScan& scan, const std::string& key) {
   const std::string keyPath = std::string(kUninstallKey) + "\\" + key;
   std::string name = ReadRegistryString(keyPath, "DisplayName", "");
   const std::string location = ReadRegistryString(keyPath, "InstallLocation", "");
-  if (name.empty() || location.empty() || !IsDirectoryByNarrowCall(location)) return;
+  // Kept: this one test makes the narrow call with the text as the registry gave it, so a folder whose name
+  // the ANSI code page spells differently from UTF-8 is left to the library pass.
+  if (name.empty() || location.empty() || !NarrowDirectoryExists(location)) return;
   StripTrademarkSigns(name);
   const std::string exe = FindSteamGameExe(location, id, scan.signaturesByAppId);
   if (!FileExists(exe) || scan.seenExePaths.contains(exe)) return;
@@ -103,9 +91,8 @@ void TakeManifest(SteamScan& scan, const SteamManifestInfo& manifest) {
     return;
   }
   if (scan.seenExePaths.contains(exe)) return;  // as a rule the registry pass has reported it
-  const auto signature = scan.signaturesByAppId.find(id);
-  const std::string& name =
-      signature == scan.signaturesByAppId.end() ? manifest.name : signature->second.DisplayName;
+  const GameSignature* signature = FindSignature(scan.signaturesByAppId, id);
+  const std::string& name = signature == nullptr ? manifest.name : signature->DisplayName;
   AppendResult(scan, name, exe, id, "Steam App " + id);
   if (exe.empty()) {  // a safeguard: the test above lets no such app through
     LogStream() << "[Steam] Found (Library-Dynamic): " << name << " (ID: " << id << ") -> No Exe\n";
@@ -134,31 +121,30 @@ std::string ManifestFolder(const std::string& library) {
   return isManifestFolder ? library : std::string();
 }
 
-bool IsManifestName(const std::filesystem::path& path) {
-  return path.extension() == L".acf" && path.filename().native().starts_with(L"appmanifest_");
+bool IsManifestName(std::wstring_view name) {
+  return name.starts_with(L"appmanifest_") && ExtensionOf(std::wstring(name)) == L".acf";
 }
 
 void AppendManifests(const std::string& folder, std::vector<SteamManifestInfo>& manifests) {
   const std::string common = CombinePath(folder, "common");
-  for (const auto& entry : std::filesystem::directory_iterator(PathFromUtf8(folder))) {
-    if (!IsManifestName(entry.path()) || !entry.is_regular_file()) continue;
-    SteamManifestInfo manifest = ParseAppManifest(PathToUtf8(entry.path()));
-    if (manifest.appId.empty() || manifest.installDir.empty()) continue;
+  ForEach(ListFiles(folder, IsManifestName), [&](const FolderEntry& entry) {
+    SteamManifestInfo manifest = ParseAppManifest(WideToUtf8(entry.path));
+    if (manifest.appId.empty() || manifest.installDir.empty()) return;
     manifest.installDir = CombinePath(common, manifest.installDir);
     manifests.push_back(std::move(manifest));
-  }
+  });
 }
 
 }  // namespace
 
 ScanResults ScanSteamGames(const GameList& games, const std::string&) {
   LogStream() << "[Steam] Starting Steam game scan...\n";
-  SteamScan scan{SteamSignatures(games), {}, {}};
+  SteamScan scan{IndexSignatures(games, kSourceSteam, &GameSignature::SourceExId), {}, {}};
   const std::vector<std::string> names = UninstallNames();
   LogStream() << "[Steam] Found " << names.size() << " uninstall registry entries\n";
   for (const std::string& name : names) TakeUninstallKey(scan, name);
   ScanLibraries(scan);
-  LogStream() << "[Steam] Scan completed! Found " << scan.results.size() << " games.\n";
+  ReportCompletion(scan.results, "[Steam]");
   return scan.results;
 }
 
@@ -173,8 +159,7 @@ std::vector<std::string> GetSteamLibraryFolders(const std::string& steamPath) {
 }
 
 std::vector<std::string> ParseLibraryFoldersVdf(const std::string& vdfPath) {
-  std::ifstream file = OpenTextFile(vdfPath);
-  return ReadLibraryFolders(file);
+  return ReadLibraryFolders(*OpenTextFile(vdfPath));
 }
 
 std::vector<SteamManifestInfo> ScanAppManifests(const std::vector<std::string>& libraries) {
@@ -191,26 +176,20 @@ std::vector<SteamManifestInfo> ScanAppManifests(const std::vector<std::string>& 
 }
 
 SteamManifestInfo ParseAppManifest(const std::string& acfPath) {
-  std::ifstream file = OpenTextFile(acfPath);
-  return ReadAppManifest(file);
+  return ReadAppManifest(*OpenTextFile(acfPath));
 }
 
 std::string FindSteamGameExe(const std::string& installPath, const std::string& appId,
-                             const SignaturesByAppId& signaturesByAppId) {
-  const auto found = signaturesByAppId.find(appId);
-  if (found == signaturesByAppId.end()) return {};
-  const GameSignature& signature = found->second;
-  for (const std::string* exe : {&signature.DefaultExe, &signature.DefaultExe32, &signature.DefaultExe64}) {
-    if (exe->empty()) continue;
-    const std::string candidate = CombinePath(installPath, *exe);
-    if (FileExists(candidate)) return candidate;
-  }
+                             const SignatureIndex& signaturesByAppId) {
+  const GameSignature* signature = FindSignature(signaturesByAppId, appId);
+  if (signature == nullptr) return {};
+  if (const std::string own = FirstExistingDefaultExe(installPath, *signature); !own.empty()) return own;
   const size_t steamapps = ToLowerBytes(installPath).find("steamapps");
   if (steamapps == std::string::npos) return {};
   const std::string root = installPath.substr(0, steamapps);
   // Kept: here the 64-bit field comes before the 32-bit one, unlike above.
   for (const std::string* exe :
-       {&signature.DefaultFolderExe, &signature.DefaultFolderExe64, &signature.DefaultFolderExe32}) {
+       {&signature->DefaultFolderExe, &signature->DefaultFolderExe64, &signature->DefaultFolderExe32}) {
     const std::string candidate = TryExeUnderRoot(root, *exe);
     if (!candidate.empty()) return candidate;
   }

@@ -3,16 +3,13 @@
 // app that the catalogue doesn't know by its Steam id is never reported.
 
 #include "matching/scan_result.h"
+#include "matching/signature_index.h"
 #include "steam/app_manifest_reader.h"
 
-#include <map>
 #include <string>
 #include <vector>
 
 namespace tarnwick {
-
-// Catalogue entries by their Steam app id.
-using SignaturesByAppId = std::map<std::string, GameSignature>;
 
 // Results of the registry come first, then those of the libraries; an executable is reported once. `userSid`
 // is ignored. Whatever is thrown outside the listing of one library leaves the scan.
@@ -34,7 +31,7 @@ SteamManifestInfo ParseAppManifest(const std::string& acfPath);
 // The first existing executable that the catalogue gives the app: below its own folder, then below the
 // library that the folder lies in. Empty if there is none or the catalogue doesn't know the app.
 std::string FindSteamGameExe(const std::string& installPath, const std::string& appId,
-                             const SignaturesByAppId& signaturesByAppId);
+                             const SignatureIndex& signaturesByAppId);
 
 // `relative` below `root` if that is an existing file, else empty.
 std::string TryExeUnderRoot(const std::string& root, const std::string& relative);

@@ -1,51 +1,45 @@
 // Edge: the Steam shortcuts search.
 #include "steam/steam_shortcuts_search.h"
 
-#include "foundation/files.h"
+#include "foundation/conversions.h"
 #include "foundation/log.h"
+#include "foundation/machine/data_files.h"
+#include "foundation/machine/folders.h"
+#include "foundation/machine/path_rules.h"
+#include "foundation/machine/paths.h"
 #include "foundation/text.h"
+#include "matching/found_report.h"
 #include "steam/steam_folders.h"
-#include "steam/steam_guards.h"
 
-#include <filesystem>
 #include <memory>
-#include <system_error>
 
 namespace tarnwick {
 namespace {
 
 constexpr char kTag[] = "[SteamShortcutsSearch]";
 
-void AppendUserShortcuts(const std::filesystem::path& user, std::vector<SteamShortcut>& shortcuts) {
-  const std::string file = PathToUtf8(user / "config" / "shortcuts.vdf");
-  if (!PathExists(file)) return;
+void AppendUserShortcuts(const std::string& user, std::vector<SteamShortcut>& shortcuts) {
+  const std::string file = JoinParts(user, {"config", "shortcuts.vdf"});
+  if (!FileOrFolderExists(file)) return;
   for (SteamShortcut& shortcut : ParseShortcutsVdf(file)) shortcuts.push_back(std::move(shortcut));
 }
 
 void AppendAllShortcuts(const std::string& steamPath, std::vector<SteamShortcut>& shortcuts) {
-  const std::filesystem::path userdata = PathFromUtf8(steamPath) / "userdata";
-  if (!DirectoryExists(PathToUtf8(userdata))) return;
-  std::error_code error;
-  const std::filesystem::directory_iterator users(
-      userdata, std::filesystem::directory_options::skip_permission_denied, error);
-  for (const auto& entry : users) {
-    if (error) {
-      LogStream() << kTag << " Warning: Error accessing directory entry: " << error.message() << "\n";
-      continue;
-    }
-    if (entry.is_directory()) AppendUserShortcuts(entry.path(), shortcuts);
-  }
+  const std::string userdata = JoinParts(steamPath, {"userdata"});
+  if (!DirectoryExists(userdata)) return;
+  ForEach(ListFoldersIfOpen(userdata),
+          [&](const FolderEntry& user) { AppendUserShortcuts(WideToUtf8(user.path), shortcuts); });
 }
 
 // The whole file, in one buffer of its size.
 void AppendFileShortcuts(const std::string& path, std::vector<SteamShortcut>& shortcuts) {
-  std::ifstream file = OpenBinaryFile(path);
-  if (!file.seekg(0, std::ios::end)) return;
-  const auto size = static_cast<size_t>(static_cast<std::streamoff>(file.tellg()));
+  const DataFile file = OpenBinaryFile(path);
+  if (!file->seekg(0, std::ios::end)) return;
+  const auto size = static_cast<size_t>(static_cast<std::streamoff>(file->tellg()));
   const auto bytes = std::make_unique_for_overwrite<char[]>(size);
-  file.seekg(0, std::ios::beg);
-  file.read(bytes.get(), static_cast<std::streamsize>(size));
-  ReadShortcuts({bytes.get(), static_cast<size_t>(file.gcount())}, shortcuts);
+  file->seekg(0, std::ios::beg);
+  file->read(bytes.get(), static_cast<std::streamsize>(size));
+  ReadShortcuts({bytes.get(), static_cast<size_t>(file->gcount())}, shortcuts);
 }
 
 void CheckShortcut(const SteamShortcut& shortcut, ScanResults& results) {
@@ -56,9 +50,7 @@ void CheckShortcut(const SteamShortcut& shortcut, ScanResults& results) {
   result.name = shortcut.appName;
   result.exePath = path;
   result.source = "Steam Shortcuts";
-  result.found = true;
-  results.push_back(std::move(result));
-  LogStream() << kTag << " Found: " << shortcut.appName << " -> " << path << "\n";
+  ReportFound(results, kTag, result);
 }
 
 }  // namespace
@@ -66,27 +58,27 @@ void CheckShortcut(const SteamShortcut& shortcut, ScanResults& results) {
 ScanResults ScanSteamShortcuts() {
   LogStream() << kTag << " Starting Steam Shortcuts Search...\n";
   const std::string steamPath = GetShortcutsSteamPath();
-  if (!PathExists(steamPath)) {
+  if (!FileOrFolderExists(steamPath)) {
     LogStream() << kTag << " Steam path not found.\n";
     return {};
   }
   ScanResults results;
   for (const SteamShortcut& shortcut : GetSteamShortcuts(steamPath)) CheckShortcut(shortcut, results);
-  LogStream() << kTag << " Scan completed! Found " << results.size() << " games.\n";
+  ReportCompletion(results, kTag);
   return results;
 }
 
 std::vector<SteamShortcut> GetSteamShortcuts(const std::string& steamPath) {
   std::vector<SteamShortcut> shortcuts;
-  LogStandardExceptions(std::string(kTag) + " Error getting Steam shortcuts: ",
-                        [&] { AppendAllShortcuts(steamPath, shortcuts); });
+  LogExceptions(std::string(kTag) + " Error getting Steam shortcuts: ",
+                [&] { AppendAllShortcuts(steamPath, shortcuts); });
   return shortcuts;
 }
 
 std::vector<SteamShortcut> ParseShortcutsVdf(const std::string& path) {
   std::vector<SteamShortcut> shortcuts;
-  LogStandardExceptions(std::string(kTag) + " Error parsing shortcuts.vdf (" + path + "): ",
-                        [&] { AppendFileShortcuts(path, shortcuts); });
+  LogExceptions(std::string(kTag) + " Error parsing shortcuts.vdf (" + path + "): ",
+                [&] { AppendFileShortcuts(path, shortcuts); });
   return shortcuts;
 }
 

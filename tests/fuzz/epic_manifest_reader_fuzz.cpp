@@ -1,4 +1,5 @@
 #include "launchers/epic_manifest_reader.h"
+#include "launchers/json_text_reader.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "matching/registry_value_reader.h"
+#include "foundation/registry_value_reader.h"
 
 #include <cstddef>
 #include <cstdint>

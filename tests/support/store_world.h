@@ -2,7 +2,7 @@
 // Packages and caches as Windows and the Store leave them.
 
 #include "desktop/desktop.h"
-#include "foundation/files.h"
+#include "foundation/machine/known_folders.h"
 
 #include <string>
 
@@ -17,7 +17,8 @@ inline const std::string kInstallAgentKey =
 inline const std::string kStoreFolder = R"(C:\TarnwickTest\Store\)";
 
 inline std::string StoreCacheFolder() {
-  return ShellFolder(0x1C) + R"(\Packages\Microsoft.WindowsStore_8wekyb3d8bbwe\LocalCache)";
+  return KnownFolderPath(KnownFolder::kLocalData) +
+         R"(\Packages\Microsoft.WindowsStore_8wekyb3d8bbwe\LocalCache)";
 }
 
 inline std::string Manifest(const std::string& name, const std::string& executable) {

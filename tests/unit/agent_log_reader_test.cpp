@@ -135,21 +135,6 @@ TEST(AgentLogReader, TheStrictRuleForStringsHolds) {
   EXPECT_EQ(ExtractJsonStringValue(R"({"a":"C:\\x"})", "a"), R"(C:\\x)") << "nothing is unescaped here";
 }
 
-TEST(AgentLogReader, PairsOfBackslashesCollapse) {
-  const auto collapse = [](std::string text) {
-    CollapseDoubleBackslashes(text);
-    return text;
-  };
-  EXPECT_EQ(collapse(""), "");
-  EXPECT_EQ(collapse("\\"), "\\");
-  EXPECT_EQ(collapse("\\\\"), "\\");
-  EXPECT_EQ(collapse("\\\\\\"), "\\\\");
-  EXPECT_EQ(collapse("\\\\\\\\"), "\\\\");
-  EXPECT_EQ(collapse("\\\\\\\\\\"), "\\\\\\");
-  EXPECT_EQ(collapse("a\\\\b\\c\\\\"), "a\\b\\c\\");
-  EXPECT_EQ(collapse("//x"), "//x");
-}
-
 TEST(AgentLogReader, AFailureWhileReadingKeepsWhatWasRead) {
   tests::BrokenStream log(Request("wren") + kBlock + Request("owl") + "{\n");
   const tests::LogCapture lines;

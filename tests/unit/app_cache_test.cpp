@@ -2,7 +2,7 @@
 
 #include "desktop/desktop.h"
 #include "foundation/conversions.h"
-#include "foundation/owner.h"
+#include "foundation/windows_api.h"
 #include "support/debug_capture.h"
 #include "support/uninstall_key.h"
 
@@ -113,15 +113,14 @@ TEST_F(AppCache, TheTypeOfADwordIsNotLookedAt) {
 }
 
 TEST_F(AppCache, ASubkeyWithoutDisplayNameIsNoApplicationAndDoesNotCount) {
-  RegistryKey uninstall;
   const tests::DebugCapture capture;
-  ScanKey(HKEY_LOCAL_MACHINE, KEY_WOW64_64KEY);
+  ScanKey(RegistryRoot::kLocalMachine, RegistryView::k64);
   const size_t before = g_appCache.size();
   d.String(kMachine + "TarnwickNone", "Publisher", "Tarnwick", View::k64);
   d.String(kMachine + "TarnwickEmpty", "DisplayName", "", View::k64);
   d.String(kMachine + "TarnwickOne", "DisplayName", "Tarnwick One", View::k64);
   g_appCache.clear();
-  ScanKey(HKEY_LOCAL_MACHINE, KEY_WOW64_64KEY);
+  ScanKey(RegistryRoot::kLocalMachine, RegistryView::k64);
   EXPECT_EQ(g_appCache.size(), before + 1);
   EXPECT_EQ(capture.Lines().back(), "ScanKey END: HKLM 64bit, processed=" + std::to_string(before + 1));
 }
@@ -202,7 +201,7 @@ TEST_F(AppCache, TheLogOfARefreshWholeAndInOrder) {
 TEST_F(AppCache, AKeyThatCantBeOpenedIsLoggedAndLeavesTheOthersTheirs) {
   const tests::DebugCapture capture;
   // No hive but the two has such a key.
-  ScanKey(HKEY_USERS, KEY_WOW64_32KEY);
+  ScanKey(RegistryRoot::kUsers, RegistryView::k32);
   EXPECT_THAT(capture.Lines(),
               ElementsAre("ScanKey START: HKCU 32bit", "ScanKey: Failed to open Uninstall key, error=2"));
 }
@@ -212,16 +211,14 @@ TEST_F(AppCache, EveryFiftiethSubkeyIsLogged) {
     d.String(kMachine + "Tarnwick" + std::to_string(1000 + i), "DisplayName", "Tarnwick", View::k64);
   }
   const tests::DebugCapture capture;
-  ScanKey(HKEY_LOCAL_MACHINE, KEY_WOW64_64KEY);
-  RegistryKey uninstall;
-  ASSERT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, Utf8ToWide(tests::kUninstallPath).c_str(), 0,
-                          KEY_READ | KEY_WOW64_64KEY, uninstall.Receive()),
-            ERROR_SUCCESS);
+  ScanKey(RegistryRoot::kLocalMachine, RegistryView::k64);
+  const RegistryKey uninstall =
+      OpenKey(RegistryRoot::kLocalMachine, Utf8ToWide(tests::kUninstallPath), RegistryView::k64);
+  ASSERT_TRUE(uninstall);
+  const std::vector<std::wstring> names = kRegistryScanCalls.listSubkeys(uninstall).names;
   std::vector<std::string> expected;
-  for (DWORD index = 0;; index += 50) {
-    std::wstring name;
-    if (kRegistryScanCalls.enumerateKey(uninstall.Get(), index, name) != ERROR_SUCCESS) break;
-    expected.push_back("ScanKey: Processing index " + std::to_string(index) + ", key=" + WideToUtf8(name));
+  for (size_t i = 0; i < names.size(); i += 50) {
+    expected.push_back("ScanKey: Processing index " + std::to_string(i) + ", key=" + WideToUtf8(names[i]));
   }
   ASSERT_GE(expected.size(), 3u);
   EXPECT_EQ(capture.LinesWith("ScanKey: Processing"), expected);
@@ -229,11 +226,8 @@ TEST_F(AppCache, EveryFiftiethSubkeyIsLogged) {
 
 // --- Failures, with the registry played by the test. ---
 
-// Three subkeys; which one fails, and how the enumeration ends.
-LONG ThreeSubkeys(HKEY, DWORD index, std::wstring& name) {
-  if (index >= 3) return ERROR_NO_MORE_ITEMS;
-  name = L"TarnwickThree";
-  return ERROR_SUCCESS;
+SubkeyList ThreeSubkeys(const RegistryKey&) {
+  return {std::vector<std::wstring>(3, L"TarnwickThree"), kNoMoreItems};
 }
 
 class AppCacheFailures : public AppCache {
@@ -247,10 +241,11 @@ class AppCacheFailures : public AppCache {
 };
 
 TEST_F(AppCacheFailures, AnErrorInOneSubkeyCostsThatOneAlone) {
-  ScanKey(HKEY_LOCAL_MACHINE, KEY_WOW64_64KEY, {ThreeSubkeys, [](HKEY key, AppRecord& record) {
-                                                  if (++reads == 2) throw std::runtime_error("no luck");
-                                                  return ReadAppRecord(key, record);
-                                                }});
+  ScanKey(RegistryRoot::kLocalMachine, RegistryView::k64,
+          {ThreeSubkeys, [](const RegistryKey& key, AppRecord& record) {
+             if (++reads == 2) throw std::runtime_error("no luck");
+             return ReadAppRecord(key, record);
+           }});
   EXPECT_THAT(
       capture.Lines(),
       ElementsAre("ScanKey START: HKLM 64bit", "ScanKey: Processing index 0, key=TarnwickThree",
@@ -259,10 +254,11 @@ TEST_F(AppCacheFailures, AnErrorInOneSubkeyCostsThatOneAlone) {
 }
 
 TEST_F(AppCacheFailures, AnUnknownErrorInOneSubkeyToo) {
-  ScanKey(HKEY_LOCAL_MACHINE, KEY_WOW64_64KEY, {ThreeSubkeys, [](HKEY key, AppRecord& record) {
-                                                  if (++reads == 3) throw 1;
-                                                  return ReadAppRecord(key, record);
-                                                }});
+  ScanKey(RegistryRoot::kLocalMachine, RegistryView::k64,
+          {ThreeSubkeys, [](const RegistryKey& key, AppRecord& record) {
+             if (++reads == 3) throw 1;
+             return ReadAppRecord(key, record);
+           }});
   EXPECT_THAT(
       capture.Lines(),
       ElementsAre("ScanKey START: HKLM 64bit", "ScanKey: Processing index 0, key=TarnwickThree",
@@ -270,25 +266,22 @@ TEST_F(AppCacheFailures, AnUnknownErrorInOneSubkeyToo) {
 }
 
 TEST_F(AppCacheFailures, AnErrorAroundTheScanEndsThatScanOnly) {
-  const auto failing = [](HKEY, DWORD index, std::wstring& name) -> LONG {
-    if (index == 1) throw std::runtime_error("enumeration broke");
-    name = L"TarnwickThree";
-    return ERROR_SUCCESS;
-  };
-  ScanKey(HKEY_LOCAL_MACHINE, KEY_WOW64_64KEY, {failing, ReadAppRecord});
+  ScanKey(RegistryRoot::kLocalMachine, RegistryView::k64, {ThreeSubkeys, ReadAppRecord});
+  ScanKey(RegistryRoot::kLocalMachine, RegistryView::k64,
+          {[](const RegistryKey&) -> SubkeyList { throw std::runtime_error("enumeration broke"); },
+           ReadAppRecord});
   EXPECT_EQ(capture.Lines().back(), "Error in ScanKey: enumeration broke");
-  EXPECT_EQ(g_appCache.size(), 1u);
-  ScanKey(HKEY_LOCAL_MACHINE, KEY_WOW64_64KEY,
-          {[](HKEY, DWORD, std::wstring&) -> LONG { throw 1; }, ReadAppRecord});
+  EXPECT_EQ(g_appCache.size(), 3u);
+  ScanKey(RegistryRoot::kLocalMachine, RegistryView::k64,
+          {[](const RegistryKey&) -> SubkeyList { throw 1; }, ReadAppRecord});
   EXPECT_EQ(capture.Lines().back(), "Unknown error in ScanKey");
 }
 
 TEST_F(AppCacheFailures, AnEnumerationThatEndsBadlyIsLogged) {
-  const auto ending = [](HKEY, DWORD index, std::wstring& name) -> LONG {
-    name = L"TarnwickThree";
-    return index < 2 ? ERROR_SUCCESS : ERROR_MORE_DATA;
+  const auto ending = [](const RegistryKey&) {
+    return SubkeyList{{L"TarnwickThree", L"TarnwickThree"}, ERROR_MORE_DATA};
   };
-  ScanKey(HKEY_LOCAL_MACHINE, KEY_WOW64_64KEY, {ending, ReadAppRecord});
+  ScanKey(RegistryRoot::kLocalMachine, RegistryView::k64, {ending, ReadAppRecord});
   EXPECT_THAT(capture.Lines(),
               ElementsAre("ScanKey START: HKLM 64bit", "ScanKey: Processing index 0, key=TarnwickThree",
                           "ScanKey: RegEnumKeyExW failed at index 2, error=234",
@@ -296,38 +289,33 @@ TEST_F(AppCacheFailures, AnEnumerationThatEndsBadlyIsLogged) {
 }
 
 TEST_F(AppCacheFailures, ASubkeyThatCantBeOpenedIsPassedOver) {
-  const auto missing = [](HKEY, DWORD index, std::wstring& name) -> LONG {
-    name = index == 0 ? L"TarnwickNotThere" : L"TarnwickThree";
-    return index < 2 ? ERROR_SUCCESS : ERROR_NO_MORE_ITEMS;
+  const auto missing = [](const RegistryKey&) {
+    return SubkeyList{{L"TarnwickNotThere", L"TarnwickThree"}, kNoMoreItems};
   };
-  ScanKey(HKEY_LOCAL_MACHINE, KEY_WOW64_64KEY, {missing, ReadAppRecord});
+  ScanKey(RegistryRoot::kLocalMachine, RegistryView::k64, {missing, ReadAppRecord});
   EXPECT_EQ(capture.Lines().back(), "ScanKey END: HKLM 64bit, processed=1");
 }
 
 TEST_F(AppCacheFailures, TheFiftyFirstSubkeyIsLoggedAndTheFiftiethIsNot) {
-  const auto many = [](HKEY, DWORD index, std::wstring& name) -> LONG {
-    name = L"k" + std::to_wstring(index);
-    return index < 51 ? ERROR_SUCCESS : ERROR_NO_MORE_ITEMS;
+  const auto many = [](const RegistryKey&) {
+    SubkeyList list{{}, kNoMoreItems};
+    for (int i = 0; i < 51; ++i) list.names.push_back(L"k" + std::to_wstring(i));
+    return list;
   };
-  ScanKey(HKEY_LOCAL_MACHINE, KEY_WOW64_64KEY, {many, ReadAppRecord});
+  ScanKey(RegistryRoot::kLocalMachine, RegistryView::k64, {many, ReadAppRecord});
   EXPECT_THAT(capture.LinesWith("ScanKey: Processing"),
               ElementsAre("ScanKey: Processing index 0, key=k0", "ScanKey: Processing index 50, key=k50"));
 }
 
 // --- Values. ---
 
-class RegistryValues : public testing::Test {
+class RegistryValueTexts : public testing::Test {
  protected:
   // The value "v" of a key of this test's own.
-  std::wstring Text() {
-    RegistryKey key;
-    RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\TarnwickValues", 0, KEY_READ, key.Receive());
-    return ReadRegString(key.Get(), L"v");
-  }
-  int32_t Number() {
-    RegistryKey key;
-    RegOpenKeyExW(HKEY_CURRENT_USER, L"Software\\TarnwickValues", 0, KEY_READ, key.Receive());
-    return ReadRegDword(key.Get(), L"v");
+  std::wstring Text() { return ReadRegString(Opened(), L"v"); }
+  int32_t Number() { return ReadRegDword(Opened(), L"v"); }
+  static RegistryKey Opened() {
+    return OpenKey(RegistryRoot::kCurrentUser, L"Software\\TarnwickValues", RegistryView::kNative);
   }
   void Set(uint32_t type, const std::string& bytes) {
     d.RawValue("HKEY_CURRENT_USER\\Software\\TarnwickValues", "v", type, bytes);
@@ -336,14 +324,17 @@ class RegistryValues : public testing::Test {
   Desktop d;
 };
 
-TEST_F(RegistryValues, NullKeysAndNamesGiveNothing) {
-  EXPECT_EQ(ReadRegString(nullptr, L"v"), L"");
-  EXPECT_EQ(ReadRegString(HKEY_CURRENT_USER, nullptr), L"");
-  EXPECT_EQ(ReadRegString(HKEY_CURRENT_USER, L"TarnwickNoSuchValue"), L"");
-  EXPECT_EQ(ReadRegDword(HKEY_CURRENT_USER, L"TarnwickNoSuchValue"), 0);
+TEST_F(RegistryValueTexts, NullKeysAndNamesGiveNothing) {
+  const RegistryKey root = OpenKey(RegistryRoot::kCurrentUser, L"", RegistryView::kNative);
+  ASSERT_TRUE(root);
+  EXPECT_EQ(ReadRegString({}, L"v"), L"");
+  EXPECT_EQ(ReadRegDword({}, L"v"), 0);
+  EXPECT_EQ(ReadRegString(root, nullptr), L"");
+  EXPECT_EQ(ReadRegString(root, L"TarnwickNoSuchValue"), L"");
+  EXPECT_EQ(ReadRegDword(root, L"TarnwickNoSuchValue"), 0);
 }
 
-TEST_F(RegistryValues, TextsAreCutAtTheirFirstZeroAndNeedNone) {
+TEST_F(RegistryValueTexts, TextsAreCutAtTheirFirstZeroAndNeedNone) {
   Set(REG_SZ, Utf16Bytes(std::wstring(L"abc\0", 4)));
   EXPECT_EQ(Text(), L"abc");
   Set(REG_SZ, Utf16Bytes(L"abc"));
@@ -356,19 +347,19 @@ TEST_F(RegistryValues, TextsAreCutAtTheirFirstZeroAndNeedNone) {
   EXPECT_EQ(Text(), L"");
 }
 
-TEST_F(RegistryValues, AnOddByteBecomesACharacterOfItsOwn) {
+TEST_F(RegistryValueTexts, AnOddByteBecomesACharacterOfItsOwn) {
   Set(REG_SZ, Utf16Bytes(L"ab") + "c");
   EXPECT_EQ(Text(), L"abc");
 }
 
-TEST_F(RegistryValues, OnlyTheTwoTextTypesAreTaken) {
+TEST_F(RegistryValueTexts, OnlyTheTwoTextTypesAreTaken) {
   for (const uint32_t type : {REG_BINARY, REG_DWORD, REG_MULTI_SZ, REG_NONE, REG_LINK, REG_QWORD}) {
     Set(type, Utf16Bytes(std::wstring(L"abc\0", 4)));
     EXPECT_EQ(Text(), L"") << type;
   }
 }
 
-TEST_F(RegistryValues, ExpandableTextsAreExpandedAndPlainOnesAreNot) {
+TEST_F(RegistryValueTexts, ExpandableTextsAreExpandedAndPlainOnesAreNot) {
   SetEnvironmentVariableW(L"TARNWICK_VALUE", L"C:\\X");
   Set(REG_EXPAND_SZ, Utf16Bytes(L"%TARNWICK_VALUE%\\a"));
   EXPECT_EQ(Text(), L"C:\\X\\a");
@@ -377,7 +368,7 @@ TEST_F(RegistryValues, ExpandableTextsAreExpandedAndPlainOnesAreNot) {
   SetEnvironmentVariableW(L"TARNWICK_VALUE", nullptr);
 }
 
-TEST_F(RegistryValues, AnExpansionIsTakenIfItFits4095CharactersWithItsZero) {
+TEST_F(RegistryValueTexts, AnExpansionIsTakenIfItFits4095CharactersWithItsZero) {
   SetEnvironmentVariableW(L"TARNWICK_VALUE", std::wstring(4094, L'x').c_str());
   Set(REG_EXPAND_SZ, Utf16Bytes(L"%TARNWICK_VALUE%"));
   EXPECT_EQ(Text(), std::wstring(4094, L'x'));
@@ -386,7 +377,7 @@ TEST_F(RegistryValues, AnExpansionIsTakenIfItFits4095CharactersWithItsZero) {
   SetEnvironmentVariableW(L"TARNWICK_VALUE", nullptr);
 }
 
-TEST_F(RegistryValues, OneMebibyteIsReadAndMoreIsNot) {
+TEST_F(RegistryValueTexts, OneMebibyteIsReadAndMoreIsNot) {
   // With its terminator, which the system may add where it is missing.
   const std::wstring text(0x100000 / 2 - 1, L'x');
   Set(REG_SZ, Utf16Bytes(text + L'\0'));
@@ -395,7 +386,7 @@ TEST_F(RegistryValues, OneMebibyteIsReadAndMoreIsNot) {
   EXPECT_EQ(Text(), L"");
 }
 
-TEST_F(RegistryValues, NumbersOfAnyTypeUpToFourBytesAreRead) {
+TEST_F(RegistryValueTexts, NumbersOfAnyTypeUpToFourBytesAreRead) {
   Set(REG_DWORD, std::string("\x78\x56\x34\x12", 4));
   EXPECT_EQ(Number(), 0x12345678);
   Set(REG_BINARY, std::string("\x78\x56", 2));

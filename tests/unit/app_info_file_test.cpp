@@ -1,11 +1,13 @@
 #include "steam/app_info_file.h"
 
 #include "desktop/desktop.h"
-#include "foundation/files.h"
+#include "foundation/conversions.h"
 #include "support/debug_capture.h"
 #include "support/steam_bytes.h"
 
 #include <gmock/gmock.h>
+
+#include <filesystem>
 
 #include <fstream>
 
@@ -29,7 +31,7 @@ TEST(AppInfoFile, AFileOnDiskIsIndexedAndRead) {
   SteamAppInfoReader reader;
   ASSERT_TRUE(LoadAppInfoIndex(reader, kSteam));
   EXPECT_EQ(reader.filePath, kFile);
-  EXPECT_TRUE(reader.stream.is_open());
+  EXPECT_TRUE(reader.stream != nullptr);
   AppInfoDetails details;
   EXPECT_TRUE(ReadAppDetails(reader, 20, details));
   EXPECT_TRUE(ReadAppDetails(reader, 10, details));
@@ -88,7 +90,8 @@ TEST(AppInfoFile, PlacesBeyondFourGigabytesAreReached) {
   const uint64_t tailPlace = 16 + uint64_t{huge};
   d.SparseFile(kFile, tailPlace + tail.size());
   {
-    std::fstream file(PathFromUtf8(kFile), std::ios::in | std::ios::out | std::ios::binary);
+    std::fstream file(std::filesystem::path(Utf8ToWide(kFile)),
+                      std::ios::in | std::ios::out | std::ios::binary);
     file << Le32(40) << Le32(0) << Le32(10) << Le32(huge);
     file.seekp(static_cast<std::streamoff>(tailPlace));
     file << tail;
@@ -110,7 +113,7 @@ TEST(AppInfoFile, TheFileIsFreeWhenTheReaderIsGone) {
     SteamAppInfoReader reader;
     ASSERT_TRUE(LoadAppInfoIndex(reader, kSteam));
   }
-  EXPECT_TRUE(std::filesystem::remove(PathFromUtf8(kFile)));
+  EXPECT_TRUE(std::filesystem::remove(std::filesystem::path(Utf8ToWide(kFile))));
 }
 
 }  // namespace

@@ -412,32 +412,5 @@ TEST_F(Folders, CommandsGiveTheirProgram) {
 
 // --- Files. ---
 
-TEST(ReadWholeFile, GivesEveryByte) {
-  Desktop d;
-  std::string bytes;
-  for (int i = 0; i < 100'000; ++i) bytes += static_cast<char>(i);
-  d.File(kRoot + "\xe6\xb8\xb8.bin", bytes);
-  std::string contents = "old";
-  EXPECT_TRUE(ReadWholeFile(kWideRoot + L"\u6e38.bin", contents));
-  EXPECT_EQ(contents, bytes);
-}
-
-TEST(ReadWholeFile, EmptyMissingAndFoldersFail) {
-  Desktop d;
-  d.File(kRoot + "empty", "");
-  for (const wchar_t* name : {L"empty", L"missing", L""}) {
-    std::string contents = "old";
-    EXPECT_FALSE(ReadWholeFile(kWideRoot + name, contents));
-    EXPECT_EQ(contents, "");
-  }
-}
-
-TEST(ReadWholeFile, TwoGibibytesFailBeforeAnyMemoryIsTaken) {
-  Desktop d;
-  d.SparseFile(kRoot + "huge", 3ULL << 30);
-  std::string contents;
-  EXPECT_FALSE(ReadWholeFile(kWideRoot + L"huge", contents));
-}
-
 }  // namespace
 }  // namespace tarnwick

@@ -1,12 +1,14 @@
 #include "launchers/arc_registry_search.h"
 
 #include "desktop/desktop.h"
-#include "foundation/files.h"
+#include "foundation/conversions.h"
 #include "support/debug_capture.h"
 #include "support/describe.h"
 #include "support/failing_allocation.h"
 
 #include <gmock/gmock.h>
+
+#include <filesystem>
 
 namespace tarnwick {
 namespace {
@@ -114,7 +116,7 @@ TEST_F(ArcRegistrySearchTest, MakesARelativeClientAbsolute) {
   const auto before = std::filesystem::current_path();
   Game("Game");
   Client("Game", R"(Below\..\Game.exe)");
-  std::filesystem::current_path(PathFromUtf8(kFolder));
+  std::filesystem::current_path(std::filesystem::path(Utf8ToWide(kFolder)));
   const auto results = Search();
   std::filesystem::current_path(before);
   EXPECT_THAT(results, ElementsAre(Expected("Game", kFolder + "Game.exe", "", "Game")));

@@ -2,7 +2,7 @@
 
 #include "desktop/desktop.h"
 #include "desktop/launcher_files.h"
-#include "foundation/files.h"
+#include "foundation/machine/known_folders.h"
 #include "foundation/windows_api.h"
 #include "support/debug_capture.h"
 #include "support/hostile_texts.h"
@@ -63,7 +63,7 @@ class BattleNetSearch : public testing::Test {
     for (const std::string& file : files) desktop_.File(kRoot + "\\" + file);
   }
 
-  const std::string kAppData = ShellFolder(CSIDL_COMMON_APPDATA);
+  const std::string kAppData = KnownFolderPath(KnownFolder::kCommonData);
   const std::string kAgent = kAppData + "\\Battle.net\\Agent";
   desktop::Desktop desktop_;
 };

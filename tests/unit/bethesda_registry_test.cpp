@@ -1,13 +1,15 @@
 #include "launchers/bethesda_registry.h"
 
 #include "desktop/desktop.h"
-#include "foundation/files.h"
+#include "foundation/conversions.h"
 #include "support/debug_capture.h"
 #include "support/describe.h"
 #include "support/failing_allocation.h"
 #include "support/uninstall_key.h"
 
 #include <gmock/gmock.h>
+
+#include <filesystem>
 
 namespace tarnwick {
 namespace {
@@ -216,7 +218,7 @@ TEST_F(BethesdaRegistryTest, TakesARelativePathFromTheCurrentFolder) {
   const auto before = std::filesystem::current_path();
   Game("Doom");
   Value("Doom", "Path", "Doom");
-  std::filesystem::current_path(PathFromUtf8(kFolder));
+  std::filesystem::current_path(std::filesystem::path(Utf8ToWide(kFolder)));
   const auto entries = GetBethesdaGamesFromRegistry();
   std::filesystem::current_path(before);
   ASSERT_EQ(entries.size(), 1u);

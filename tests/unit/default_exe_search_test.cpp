@@ -1,6 +1,5 @@
 #include "matching/default_exe_search.h"
 
-#include "foundation/files.h"
 #include "support/strategy_fixture.h"
 
 #include <gmock/gmock.h>

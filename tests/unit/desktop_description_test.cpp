@@ -36,7 +36,7 @@ std::string Environment(const wchar_t* name) { return Narrow(_wgetenv(name)); }
 // A string value, or a number as decimal text; "none" where there is no such value.
 std::string Value(const std::string& key, const std::string& name, REGSAM view = 0) {
   const bool machine = key.starts_with("HKEY_LOCAL_MACHINE");
-  RegistryKey opened;
+  RegistryHandle opened;
   if (RegOpenKeyExW(machine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER,
                     Wide(key.substr(key.find('\\') + 1)).c_str(), 0, KEY_READ | view, opened.Receive()) != 0)
     return "none";

@@ -37,7 +37,7 @@ struct Value {
 
 std::optional<Value> Read(const std::string& key, const std::string& name, REGSAM view = 0) {
   const HKEY root = key.starts_with("HKEY_LOCAL_MACHINE") ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
-  RegistryKey opened;
+  RegistryHandle opened;
   if (RegOpenKeyExW(root, Wide(key.substr(key.find('\\') + 1)).c_str(), 0, KEY_READ | view,
                     opened.Receive()) != 0)
     return std::nullopt;
@@ -52,7 +52,7 @@ std::optional<Value> Read(const std::string& key, const std::string& name, REGSA
 }
 
 bool KeyExists(const std::string& key, REGSAM view = 0) {
-  RegistryKey opened;
+  RegistryHandle opened;
   return RegOpenKeyExW(HKEY_LOCAL_MACHINE, Wide(key.substr(key.find('\\') + 1)).c_str(), 0, KEY_READ | view,
                        opened.Receive()) == 0;
 }

@@ -1,7 +1,7 @@
 #include "launchers/epic_games_scan.h"
 
 #include "desktop/desktop.h"
-#include "foundation/files.h"
+#include "foundation/machine/paths.h"
 #include "matching/paths.h"
 #include "support/debug_capture.h"
 #include "support/hostile_texts.h"

@@ -1,5 +1,6 @@
 #include "launchers/epic_manifest_reader.h"
 
+#include "launchers/json_text_reader.h"
 #include "support/hex_page.h"
 #include "support/hostile_texts.h"
 #include "support/samples.h"
@@ -9,7 +10,6 @@
 namespace tarnwick {
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 using tests::Enormous;
 using tests::kHuge;
@@ -62,68 +62,6 @@ TEST(EpicManifestReader, ReadsAnObjectOfTheInstallationList) {
   EXPECT_EQ(entry.LaunchExecutable, "");
   EXPECT_EQ(entry.baseUrlSegment, "");
   EXPECT_FALSE(entry.bIsIncompleteInstall);
-}
-
-TEST(EpicManifestReader, OnlyTheBytesTrueAreTrue) {
-  EXPECT_TRUE(JsonFindBool(R"({"a":true})", "a"));
-  EXPECT_TRUE(JsonFindBool("{\"a\" : \t\r\n true", "a"));
-  EXPECT_TRUE(JsonFindBool(R"({"a":truely})", "a")) << "what follows the four bytes is not read";
-  for (const char* value : {"false", "True", "TRUE", "1", "\"true\"", "tru", "", "null", "[true]"}) {
-    EXPECT_FALSE(JsonFindBool("{\"a\":" + std::string(value), "a")) << value;
-  }
-  EXPECT_FALSE(JsonFindBool(R"({"b":true})", "a"));
-  EXPECT_FALSE(JsonFindBool(R"({"a")", "a"));
-  EXPECT_TRUE(JsonFindBool(R"({"a":true,"a":false})", "a")) << "the first occurrence";
-}
-
-TEST(EpicManifestReader, AnArrayOfStringsIsAlwaysEmpty) {
-  for (const char* array :
-       {R"(["x"])", R"(["x","y"])", R"([ "x" , "y" ])", R"(["",""])", "[]", R"([x"y"])", R"([1,2])",
-        R"([["x"]])", R"(["\"x"])", R"(["x)", "[", "5", "\"x\"", "", R"([""x""])"}) {
-    EXPECT_THAT(JsonFindStringArray("{\"a\":" + std::string(array) + "}", "a"), IsEmpty()) << array;
-    EXPECT_THAT(JsonFindStringArray("{\"a\":" + std::string(array), "a"), IsEmpty()) << array;
-  }
-}
-
-TEST(EpicManifestReader, FindsTheObjectsOfAnArray) {
-  const std::string text = R"({"L": [ {"a":1}, {"b":{"c":2}},{} ], "M": [{"d":3}]})";
-  EXPECT_THAT(JsonFindObjectArray(text, "L"), ElementsAre(R"({"a":1})", R"({"b":{"c":2}})", "{}"));
-  EXPECT_THAT(JsonFindObjectArray(text, "M"), ElementsAre(R"({"d":3})"));
-  EXPECT_THAT(JsonFindObjectArray(text, "N"), IsEmpty());
-}
-
-TEST(EpicManifestReader, AnythingMayStandBeforeAnArrayOfObjects) {
-  EXPECT_THAT(JsonFindObjectArray(R"({"L": null, "M": [{"d":3}]})", "L"), ElementsAre(R"({"d":3})"));
-  EXPECT_THAT(JsonFindObjectArray(R"({"L": "[{x}]"})", "L"), ElementsAre("{x}"));
-}
-
-TEST(EpicManifestReader, BracesInStringsCount) {
-  EXPECT_THAT(JsonFindObjectArray(R"({"L":[{"a":"}"},{"b":1}]})", "L"), ElementsAre(R"({"a":"})"))
-      << "the string's brace ends the object, and the object's own is one too many for the next";
-  EXPECT_THAT(JsonFindObjectArray(R"({"L":[{"a":"{"},{"b":1}]})", "L"),
-              ElementsAre(R"({"a":"{"},{"b":1}]})"));
-  EXPECT_THAT(JsonFindObjectArray(R"({"L":[{"a":"{"},{"b":1}])", "L"), IsEmpty());
-}
-
-TEST(EpicManifestReader, ABracketBetweenObjectsEndsTheArray) {
-  EXPECT_THAT(JsonFindObjectArray(R"({"L":[{"a":1} "]" {"b":1}]})", "L"), ElementsAre(R"({"a":1})"));
-  EXPECT_THAT(JsonFindObjectArray(R"({"L":[{"a":[1]},{"b":1}]})", "L"),
-              ElementsAre(R"({"a":[1]})", R"({"b":1})"))
-      << "but not one inside an object";
-}
-
-TEST(EpicManifestReader, AnObjectThatIsNotClosedIsLost) {
-  EXPECT_THAT(JsonFindObjectArray(R"({"L":[{"a":1},{"b":1)", "L"), ElementsAre(R"({"a":1})"));
-  EXPECT_THAT(JsonFindObjectArray(R"({"L":[)", "L"), IsEmpty());
-  EXPECT_THAT(JsonFindObjectArray(R"({"L":)", "L"), IsEmpty());
-  EXPECT_THAT(JsonFindObjectArray(R"({"L")", "L"), IsEmpty());
-}
-
-TEST(EpicManifestReader, BracesThatNeverOpenedMustBePaidBack) {
-  EXPECT_THAT(JsonFindObjectArray(R"({"L":[}{"a":1}])", "L"), IsEmpty());
-  EXPECT_THAT(JsonFindObjectArray(R"({"L":[}{{"a":1}])", "L"), ElementsAre(R"({"a":1})"));
-  EXPECT_THAT(JsonFindObjectArray(R"({"L":[}]{{"a":1}])", "L"), ElementsAre(R"({"a":1})"))
-      << "a bracket ends the array only where the braces are balanced";
 }
 
 TEST(EpicManifestReader, AManifestCutAnywhereGivesWholeTextsOrNone) {

@@ -259,7 +259,9 @@ TEST_F(Icons, SpoiltExecutablesDoNoHarmToOthers) {
     const std::string name = "cut" + std::to_string(length) + ".exe";
     d.File(kRoot + name, good.substr(0, length));
     const uint32_t colour = ColourOf(LoadIconFromFile(Utf8ToWide(kRoot + name), 0));
-    if (length < kHeaders) EXPECT_EQ(colour, kNoIcon) << length;
+    if (length < kHeaders) {
+      EXPECT_EQ(colour, kNoIcon) << length;
+    }
   }
   d.File(kRoot + "whole.exe", good);
   EXPECT_EQ(ColourOf(LoadIconFromFile(kWideRoot + L"whole.exe", 0)), kRed);

@@ -35,14 +35,16 @@ struct Include {
 std::vector<Include> Includes() {
   static const std::regex kInclude(R"rx(^\s*#\s*include\s*"([^"]*)")rx");
   std::vector<Include> includes;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(tests::SourceFolder() + "/src")) {
+  const std::filesystem::path sources = tests::SourceFolder() + "/src";
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(sources)) {
     const std::filesystem::path& path = entry.path();
     if (path.extension() != ".cpp" && path.extension() != ".h") continue;
     std::ifstream file(path);
     for (std::string line; std::getline(file, line);) {
       std::smatch match;
       if (!std::regex_search(line, match, kInclude)) continue;
-      includes.push_back({path.filename().string(), path.parent_path().filename().string(), match[1]});
+      includes.push_back(
+          {path.filename().string(), path.lexically_relative(sources).begin()->string(), match[1]});
     }
   }
   return includes;

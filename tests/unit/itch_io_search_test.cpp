@@ -1,7 +1,7 @@
 #include "launchers/itch_io_search.h"
 
 #include "desktop/desktop.h"
-#include "foundation/files.h"
+#include "foundation/machine/known_folders.h"
 #include "launchers/sqlite_stub.h"
 #include "support/debug_capture.h"
 #include "support/describe.h"
@@ -18,7 +18,7 @@ const std::string kStart = "[ItchIoSearch] Starting Itch.io Search...";
 const std::string kNone = "[ItchIoSearch] Scan completed! Found 0 games.";
 
 TEST(ItchIoSearch, LooksInTheUsersRoamingData) {
-  EXPECT_EQ(GetItchDatabasePath(), ShellFolder(26) + R"(\itch\db\butler.db)");
+  EXPECT_EQ(GetItchDatabasePath(), KnownFolderPath(KnownFolder::kRoamingData) + R"(\itch\db\butler.db)");
 }
 
 TEST(ItchIoSearch, SaysThatThereIsNoDatabase) {
@@ -55,7 +55,8 @@ TEST(ItchIoSearch, MakesAResultOfARow) {
             R"(Игра 游戏|C:\itch\нет.exe||Itch.io ID: 77||0|0|)");
 }
 
-const DatabaseLauncher kLauncher = {"[ItchIoSearch]", "Starting Itch.io Search...", 26, ""};
+const DatabaseLauncher kLauncher = {"[ItchIoSearch]", "Starting Itch.io Search...", KnownFolder::kRoamingData,
+                                    ""};
 
 TEST(ItchIoSearch, ReportsEachRowWithoutAskingForFiles) {
   tests::DebugCapture capture;

@@ -2,10 +2,13 @@
 
 #include "support/hostile_texts.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 namespace tarnwick {
 namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
 
 constexpr size_t kNone = std::string_view::npos;
 
@@ -105,6 +108,68 @@ TEST(JsonTextReader, AnEmbeddedNulIsAByteLikeOthers) {
 TEST(JsonTextReader, AHugeTextOfEscapedQuotesIsReadOnce) {
   const std::string text = "{\"a\":\"" + tests::Repeated("\\\"", tests::kHuge) + "\"}";
   EXPECT_EQ(JsonFindString(text, "a").size(), tests::kHuge);
+}
+
+TEST(JsonTextReader, OnlyTheBytesTrueAreTrue) {
+  EXPECT_TRUE(JsonFindBool(R"({"a":true})", "a"));
+  EXPECT_TRUE(JsonFindBool("{\"a\" : \t\r\n true", "a"));
+  EXPECT_TRUE(JsonFindBool(R"({"a":truely})", "a")) << "what follows the four bytes is not read";
+  for (const char* value : {"false", "True", "TRUE", "1", "\"true\"", "tru", "", "null", "[true]"}) {
+    EXPECT_FALSE(JsonFindBool("{\"a\":" + std::string(value), "a")) << value;
+  }
+  EXPECT_FALSE(JsonFindBool(R"({"b":true})", "a"));
+  EXPECT_FALSE(JsonFindBool(R"({"a")", "a"));
+  EXPECT_TRUE(JsonFindBool(R"({"a":true,"a":false})", "a")) << "the first occurrence";
+}
+
+TEST(JsonTextReader, AnArrayOfStringsIsAlwaysEmpty) {
+  for (const char* array :
+       {R"(["x"])", R"(["x","y"])", R"([ "x" , "y" ])", R"(["",""])", "[]", R"([x"y"])", R"([1,2])",
+        R"([["x"]])", R"(["\"x"])", R"(["x)", "[", "5", "\"x\"", "", R"([""x""])"}) {
+    EXPECT_THAT(JsonFindStringArray("{\"a\":" + std::string(array) + "}", "a"), IsEmpty()) << array;
+    EXPECT_THAT(JsonFindStringArray("{\"a\":" + std::string(array), "a"), IsEmpty()) << array;
+  }
+}
+
+TEST(JsonTextReader, FindsTheObjectsOfAnArray) {
+  const std::string text = R"({"L": [ {"a":1}, {"b":{"c":2}},{} ], "M": [{"d":3}]})";
+  EXPECT_THAT(JsonFindObjectArray(text, "L"), ElementsAre(R"({"a":1})", R"({"b":{"c":2}})", "{}"));
+  EXPECT_THAT(JsonFindObjectArray(text, "M"), ElementsAre(R"({"d":3})"));
+  EXPECT_THAT(JsonFindObjectArray(text, "N"), IsEmpty());
+}
+
+TEST(JsonTextReader, AnythingMayStandBeforeAnArrayOfObjects) {
+  EXPECT_THAT(JsonFindObjectArray(R"({"L": null, "M": [{"d":3}]})", "L"), ElementsAre(R"({"d":3})"));
+  EXPECT_THAT(JsonFindObjectArray(R"({"L": "[{x}]"})", "L"), ElementsAre("{x}"));
+}
+
+TEST(JsonTextReader, BracesInStringsCount) {
+  EXPECT_THAT(JsonFindObjectArray(R"({"L":[{"a":"}"},{"b":1}]})", "L"), ElementsAre(R"({"a":"})"))
+      << "the string's brace ends the object, and the object's own is one too many for the next";
+  EXPECT_THAT(JsonFindObjectArray(R"({"L":[{"a":"{"},{"b":1}]})", "L"),
+              ElementsAre(R"({"a":"{"},{"b":1}]})"));
+  EXPECT_THAT(JsonFindObjectArray(R"({"L":[{"a":"{"},{"b":1}])", "L"), IsEmpty());
+}
+
+TEST(JsonTextReader, ABracketBetweenObjectsEndsTheArray) {
+  EXPECT_THAT(JsonFindObjectArray(R"({"L":[{"a":1} "]" {"b":1}]})", "L"), ElementsAre(R"({"a":1})"));
+  EXPECT_THAT(JsonFindObjectArray(R"({"L":[{"a":[1]},{"b":1}]})", "L"),
+              ElementsAre(R"({"a":[1]})", R"({"b":1})"))
+      << "but not one inside an object";
+}
+
+TEST(JsonTextReader, AnObjectThatIsNotClosedIsLost) {
+  EXPECT_THAT(JsonFindObjectArray(R"({"L":[{"a":1},{"b":1)", "L"), ElementsAre(R"({"a":1})"));
+  EXPECT_THAT(JsonFindObjectArray(R"({"L":[)", "L"), IsEmpty());
+  EXPECT_THAT(JsonFindObjectArray(R"({"L":)", "L"), IsEmpty());
+  EXPECT_THAT(JsonFindObjectArray(R"({"L")", "L"), IsEmpty());
+}
+
+TEST(JsonTextReader, BracesThatNeverOpenedMustBePaidBack) {
+  EXPECT_THAT(JsonFindObjectArray(R"({"L":[}{"a":1}])", "L"), IsEmpty());
+  EXPECT_THAT(JsonFindObjectArray(R"({"L":[}{{"a":1}])", "L"), ElementsAre(R"({"a":1})"));
+  EXPECT_THAT(JsonFindObjectArray(R"({"L":[}]{{"a":1}])", "L"), ElementsAre(R"({"a":1})"))
+      << "a bracket ends the array only where the braces are balanced";
 }
 
 }  // namespace

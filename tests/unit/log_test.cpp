@@ -144,5 +144,16 @@ TEST(Log, LinesOfDifferentThreadsStayWhole) {
   for (const std::string& line : lines) EXPECT_EQ(line, std::string(200, line.front()));
 }
 
+TEST(LogExceptions, SaysWhyTheBodyEndedAndLetsOthersPass) {
+  tests::DebugCapture log;
+  int ran = 0;
+  LogExceptions("[X] Error (é): ", [&] { ++ran; });
+  EXPECT_EQ(ran, 1);
+  EXPECT_THAT(log.Raw(), IsEmpty());
+  LogExceptions("[X] Error (é): ", [] { throw std::runtime_error("why"); });
+  EXPECT_THAT(log.Raw(), ElementsAre("[Tarnwick] [X] Error (é): why\n"));
+  EXPECT_THROW(LogExceptions("x", [] { throw 7; }), int);
+}
+
 }  // namespace
 }  // namespace tarnwick

@@ -2,7 +2,8 @@
 
 #include "desktop/desktop.h"
 #include "desktop/launcher_files.h"
-#include "foundation/files.h"
+#include "foundation/machine/known_folders.h"
+#include "foundation/machine/paths.h"
 #include "foundation/windows_api.h"
 #include "support/debug_capture.h"
 #include "support/hostile_texts.h"
@@ -50,7 +51,7 @@ class MihoyoSearch : public testing::Test {
     return exes;
   }
 
-  const std::string kAppData = ShellFolder(CSIDL_APPDATA);
+  const std::string kAppData = KnownFolderPath(KnownFolder::kRoamingData);
   const std::string kMihoyo = kAppData + "\\miHoYo\\HYP";
   const std::string kCognosphere = kAppData + "\\Cognosphere\\HYP";
   const std::string kStandalone = kCognosphere + "\\standalone";

@@ -99,7 +99,7 @@ TEST_F(OwnerTest, ReceiveEndsWhatWasOwnedBefore) {
 }
 
 TEST_F(OwnerTest, EachKindHasItsOwnSentinel) {
-  EXPECT_EQ(RegistryKey().Get(), nullptr);
+  EXPECT_EQ(RegistryHandle().Get(), nullptr);
   EXPECT_EQ(Handle().Get(), nullptr);
   EXPECT_EQ(FindHandle().Get(), INVALID_HANDLE_VALUE);
   EXPECT_EQ(Icon().Get(), nullptr);

@@ -1,6 +1,7 @@
 #include "matching/paths.h"
 
 #include "desktop/desktop.h"
+#include "foundation/machine/known_folders.h"
 #include "support/environment.h"
 
 #include <gmock/gmock.h>
@@ -114,8 +115,8 @@ TEST(FieldPickers, EachLooksAtItsOwnFields) {
 
 class ExpandPathTokensTest : public testing::Test {
  protected:
-  const std::string programs_ = ShellFolder(CSIDL_PROGRAM_FILES);
-  const std::string programs86_ = ShellFolder(CSIDL_PROGRAM_FILESX86);
+  const std::string programs_ = KnownFolderPath(KnownFolder::kProgramFiles);
+  const std::string programs86_ = KnownFolderPath(KnownFolder::kProgramFilesX86);
 };
 
 TEST_F(ExpandPathTokensTest, TheFirstTokenTakesTheCharacterBehindItAlong) {
@@ -193,7 +194,7 @@ TEST(BuildDrivePath, ThrowsForADriveAlone) {
 }
 
 TEST(BuildDrivePath, ExpandsTokensFirst) {
-  const std::string folder = ShellFolder(CSIDL_PROGRAM_FILESX86).substr(3);
+  const std::string folder = KnownFolderPath(KnownFolder::kProgramFilesX86).substr(3);
   EXPECT_EQ(BuildDrivePath("D:\\", "%ProgramFiles(x86)%\\Foo", "foo.exe"),
             "D:\\" + folder + "\\Foo\\foo.exe");
 }

@@ -1,6 +1,7 @@
 #include "matching/registry.h"
 
 #include "desktop/desktop.h"
+#include "foundation/windows_api.h"
 
 #include <gmock/gmock.h>
 #include <sddl.h>
@@ -23,7 +24,7 @@ const std::string kOddName = "caf\xC3\xA9 \xD0\x98\xD0\xB3\xD1\x80\xD0\xB0 \xE6\
 
 struct Parsed {
   bool known = false;
-  HKEY root = nullptr;
+  RegistryRoot root = RegistryRoot::kLocalMachine;
   std::string subkey;
   bool operator==(const Parsed&) const = default;
 };
@@ -57,10 +58,10 @@ std::string CurrentUserSid() {
 }
 
 TEST(ParseRegistryPath, KnowsTheFourHives) {
-  EXPECT_EQ(Parse("HKEY_LOCAL_MACHINE\\A\\B"), (Parsed{true, HKEY_LOCAL_MACHINE, "A\\B"}));
-  EXPECT_EQ(Parse("HKEY_CURRENT_USER\\A\\B"), (Parsed{true, HKEY_CURRENT_USER, "A\\B"}));
-  EXPECT_EQ(Parse("HKEY_USERS\\A\\B"), (Parsed{true, HKEY_USERS, "A\\B"}));
-  EXPECT_EQ(Parse("HKEY_CLASSES_ROOT\\A\\B"), (Parsed{true, HKEY_CLASSES_ROOT, "A\\B"}));
+  EXPECT_EQ(Parse("HKEY_LOCAL_MACHINE\\A\\B"), (Parsed{true, RegistryRoot::kLocalMachine, "A\\B"}));
+  EXPECT_EQ(Parse("HKEY_CURRENT_USER\\A\\B"), (Parsed{true, RegistryRoot::kCurrentUser, "A\\B"}));
+  EXPECT_EQ(Parse("HKEY_USERS\\A\\B"), (Parsed{true, RegistryRoot::kUsers, "A\\B"}));
+  EXPECT_EQ(Parse("HKEY_CLASSES_ROOT\\A\\B"), (Parsed{true, RegistryRoot::kClassesRoot, "A\\B"}));
 }
 
 TEST(ParseRegistryPath, KnowsNoOtherNames) {
@@ -72,27 +73,28 @@ TEST(ParseRegistryPath, KnowsNoOtherNames) {
 }
 
 TEST(ParseRegistryPath, AHiveAloneHasAnEmptySubkey) {
-  for (const auto& [hive, root] : std::map<std::string, HKEY>{{"HKEY_LOCAL_MACHINE", HKEY_LOCAL_MACHINE},
-                                                              {"HKEY_CURRENT_USER", HKEY_CURRENT_USER},
-                                                              {"HKEY_USERS", HKEY_USERS},
-                                                              {"HKEY_CLASSES_ROOT", HKEY_CLASSES_ROOT}}) {
+  for (const auto& [hive, root] :
+       std::map<std::string, RegistryRoot>{{"HKEY_LOCAL_MACHINE", RegistryRoot::kLocalMachine},
+                                           {"HKEY_CURRENT_USER", RegistryRoot::kCurrentUser},
+                                           {"HKEY_USERS", RegistryRoot::kUsers},
+                                           {"HKEY_CLASSES_ROOT", RegistryRoot::kClassesRoot}}) {
     EXPECT_EQ(Parse(hive), (Parsed{true, root, ""})) << hive;
     EXPECT_EQ(Parse(hive + "\\"), (Parsed{true, root, ""})) << hive;
   }
 }
 
 TEST(ParseRegistryPath, TheMachinesHiveLosesTheCharacterBehindItsNameWhateverItIs) {
-  EXPECT_EQ(Parse("HKEY_LOCAL_MACHINExA"), (Parsed{true, HKEY_LOCAL_MACHINE, "A"}));
-  EXPECT_EQ(Parse("HKEY_LOCAL_MACHINEx"), (Parsed{true, HKEY_LOCAL_MACHINE, ""}));
-  EXPECT_EQ(Parse("HKEY_LOCAL_MACHINEx\\A"), (Parsed{true, HKEY_LOCAL_MACHINE, "A"}));
-  EXPECT_EQ(Parse("HKEY_LOCAL_MACHINE\\\\A"), (Parsed{true, HKEY_LOCAL_MACHINE, "A"}));
-  EXPECT_EQ(Parse("HKEY_LOCAL_MACHINE\\\\\\A"), (Parsed{true, HKEY_LOCAL_MACHINE, "\\A"}));
+  EXPECT_EQ(Parse("HKEY_LOCAL_MACHINExA"), (Parsed{true, RegistryRoot::kLocalMachine, "A"}));
+  EXPECT_EQ(Parse("HKEY_LOCAL_MACHINEx"), (Parsed{true, RegistryRoot::kLocalMachine, ""}));
+  EXPECT_EQ(Parse("HKEY_LOCAL_MACHINEx\\A"), (Parsed{true, RegistryRoot::kLocalMachine, "A"}));
+  EXPECT_EQ(Parse("HKEY_LOCAL_MACHINE\\\\A"), (Parsed{true, RegistryRoot::kLocalMachine, "A"}));
+  EXPECT_EQ(Parse("HKEY_LOCAL_MACHINE\\\\\\A"), (Parsed{true, RegistryRoot::kLocalMachine, "\\A"}));
 }
 
 TEST(ParseRegistryPath, TheOtherHivesLoseABackslashOnly) {
-  EXPECT_EQ(Parse("HKEY_CURRENT_USERxA"), (Parsed{true, HKEY_CURRENT_USER, "xA"}));
-  EXPECT_EQ(Parse("HKEY_USERSx\\A"), (Parsed{true, HKEY_USERS, "x\\A"}));
-  EXPECT_EQ(Parse("HKEY_CLASSES_ROOT\\\\A"), (Parsed{true, HKEY_CLASSES_ROOT, "\\A"}));
+  EXPECT_EQ(Parse("HKEY_CURRENT_USERxA"), (Parsed{true, RegistryRoot::kCurrentUser, "xA"}));
+  EXPECT_EQ(Parse("HKEY_USERSx\\A"), (Parsed{true, RegistryRoot::kUsers, "x\\A"}));
+  EXPECT_EQ(Parse("HKEY_CLASSES_ROOT\\\\A"), (Parsed{true, RegistryRoot::kClassesRoot, "\\A"}));
 }
 
 TEST(ReadRegistryString, ReadsTextsOfBothTypesUnexpanded) {
@@ -220,14 +222,14 @@ TEST(EnumRegistrySubKeys, ListsOneViewAlone) {
   desktop.Key(kKey + "\\Alpha", View::k32);
   desktop.Key(kKey + "\\Beta\\Deeper", View::k32);
   desktop.Key(kKey + "\\Gamma", View::k64);
-  EXPECT_THAT(EnumRegistrySubKeys(kKey, false), ElementsAre("Alpha", "Beta"));
-  EXPECT_THAT(EnumRegistrySubKeys(kKey, true), ElementsAre("Gamma"));
+  EXPECT_THAT(EnumRegistrySubKeys(kKey, RegistryView::k32), ElementsAre("Alpha", "Beta"));
+  EXPECT_THAT(EnumRegistrySubKeys(kKey, RegistryView::k64), ElementsAre("Gamma"));
 }
 
 TEST(EnumRegistrySubKeys, DoesNotFallBackOnTheOtherView) {
   Desktop desktop;
   desktop.Key(kKey + "\\Only64\\A", View::k64);
-  EXPECT_THAT(EnumRegistrySubKeys(kKey + "\\Only64", false), IsEmpty());
+  EXPECT_THAT(EnumRegistrySubKeys(kKey + "\\Only64", RegistryView::k32), IsEmpty());
 }
 
 TEST(EnumRegistrySubKeys, ListsLongAndForeignNames) {
@@ -235,13 +237,14 @@ TEST(EnumRegistrySubKeys, ListsLongAndForeignNames) {
   const std::string longest(255, 'x');
   desktop.Key(kUserKey + "\\" + longest);
   desktop.Key(kUserKey + "\\" + kOddName);
-  EXPECT_THAT(EnumRegistrySubKeys(kUserKey, false), testing::UnorderedElementsAre(longest, kOddName));
+  EXPECT_THAT(EnumRegistrySubKeys(kUserKey, RegistryView::k32),
+              testing::UnorderedElementsAre(longest, kOddName));
 }
 
 TEST(EnumRegistrySubKeys, AMissingKeyHasNone) {
-  EXPECT_THAT(EnumRegistrySubKeys("", false), IsEmpty());
-  EXPECT_THAT(EnumRegistrySubKeys("HKLM\\SOFTWARE", false), IsEmpty());
-  EXPECT_THAT(EnumRegistrySubKeys(kKey + "\\Missing", true), IsEmpty());
+  EXPECT_THAT(EnumRegistrySubKeys("", RegistryView::k32), IsEmpty());
+  EXPECT_THAT(EnumRegistrySubKeys("HKLM\\SOFTWARE", RegistryView::k32), IsEmpty());
+  EXPECT_THAT(EnumRegistrySubKeys(kKey + "\\Missing", RegistryView::k64), IsEmpty());
 }
 
 TEST(EnumRegistryValues, HoldsTextsByNameAndEmptyTextsForOtherTypes) {
@@ -254,10 +257,10 @@ TEST(EnumRegistryValues, HoldsTextsByNameAndEmptyTextsForOtherTypes) {
   desktop.String(kKey, kOddName, kOddName, View::k32);
   desktop.String(kKey, "", "default", View::k32);
   desktop.String(kKey, "other view", "x", View::k64);
-  EXPECT_THAT(EnumRegistryValues(kKey, false),
+  EXPECT_THAT(EnumRegistryValues(kKey, RegistryView::k32),
               ElementsAre(Pair("", "default"), Pair("a", "%TEMP%"), Pair("b", "text"), Pair("c", ""),
                           Pair(kOddName, kOddName), Pair("d", ""), Pair("e", "")));
-  EXPECT_THAT(EnumRegistryValues(kKey, true), ElementsAre(Pair("other view", "x")));
+  EXPECT_THAT(EnumRegistryValues(kKey, RegistryView::k64), ElementsAre(Pair("other view", "x")));
 }
 
 TEST(EnumRegistryValues, DecodesUnterminatedEmptyAndOddTexts) {
@@ -265,16 +268,17 @@ TEST(EnumRegistryValues, DecodesUnterminatedEmptyAndOddTexts) {
   desktop.RawValue(kKey, "1 long before", REG_SZ, "x\0y\0z\0"sv, View::k32);
   desktop.RawValue(kKey, "2 none", REG_SZ, "", View::k32);
   desktop.RawValue(kKey, "3 odd", REG_SZ, "a\0b"sv, View::k32);
-  EXPECT_THAT(EnumRegistryValues(kKey, false),
+  EXPECT_THAT(EnumRegistryValues(kKey, RegistryView::k32),
               ElementsAre(Pair("1 long before", "xyz"), Pair("2 none", ""), Pair("3 odd", "a")));
 }
 
 TEST(EnumRegistryValues, TakesAValueThatJustFitsItsBuffer) {
   Desktop desktop;
   std::string units;
-  for (int i = 0; i < 2048; ++i) units += "x\0"sv;
-  desktop.RawValue(kKey, "Full", REG_SZ, units, View::k32);
-  EXPECT_THAT(EnumRegistryValues(kKey, false), ElementsAre(Pair("Full", std::string(2048, 'x'))));
+  for (int i = 0; i < 2049; ++i) units += "x\0"sv;
+  // The system looks one unit behind an unterminated text, and takes a zero that stands there with it.
+  desktop.RawValue(kKey, "Full", REG_SZ, std::string_view(units).substr(0, 4096), View::k32);
+  EXPECT_THAT(EnumRegistryValues(kKey, RegistryView::k32), ElementsAre(Pair("Full", std::string(2048, 'x'))));
 }
 
 TEST(EnumRegistryValues, EndsAtAValueLongerThanItsBuffer) {
@@ -282,7 +286,7 @@ TEST(EnumRegistryValues, EndsAtAValueLongerThanItsBuffer) {
   desktop.String(kKey, "1", "before", View::k32);
   desktop.Binary(kKey, "2", std::string(4097, 'x'), View::k32);
   desktop.String(kKey, "3", "behind", View::k32);
-  EXPECT_THAT(EnumRegistryValues(kKey, false), ElementsAre(Pair("1", "before")));
+  EXPECT_THAT(EnumRegistryValues(kKey, RegistryView::k32), ElementsAre(Pair("1", "before")));
 }
 
 TEST(EnumRegistryValues, EndsAtANameLongerThanItsBuffer) {
@@ -292,13 +296,14 @@ TEST(EnumRegistryValues, EndsAtANameLongerThanItsBuffer) {
   desktop.String(kKey, fits, "fits", View::k32);
   desktop.String(kKey, "3" + std::string(511, 'x'), "too long", View::k32);
   desktop.String(kKey, "4", "behind", View::k32);
-  EXPECT_THAT(EnumRegistryValues(kKey, false), ElementsAre(Pair("1", "before"), Pair(fits, "fits")));
+  EXPECT_THAT(EnumRegistryValues(kKey, RegistryView::k32),
+              ElementsAre(Pair("1", "before"), Pair(fits, "fits")));
 }
 
 TEST(EnumRegistryValues, AMissingKeyHasNone) {
-  EXPECT_THAT(EnumRegistryValues("", false), IsEmpty());
-  EXPECT_THAT(EnumRegistryValues("HKLM\\SOFTWARE", true), IsEmpty());
-  EXPECT_THAT(EnumRegistryValues(kKey + "\\Missing", false), IsEmpty());
+  EXPECT_THAT(EnumRegistryValues("", RegistryView::k32), IsEmpty());
+  EXPECT_THAT(EnumRegistryValues("HKLM\\SOFTWARE", RegistryView::k64), IsEmpty());
+  EXPECT_THAT(EnumRegistryValues(kKey + "\\Missing", RegistryView::k32), IsEmpty());
 }
 
 TEST(ExpandUserHive, PutsTheUserInPlaceOfTheCurrentOne) {

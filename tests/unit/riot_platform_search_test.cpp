@@ -2,7 +2,7 @@
 
 #include "desktop/desktop.h"
 #include "desktop/launcher_files.h"
-#include "foundation/files.h"
+#include "foundation/machine/known_folders.h"
 #include "foundation/windows_api.h"
 #include "support/debug_capture.h"
 #include "support/hostile_texts.h"
@@ -50,7 +50,7 @@ class RiotSearch : public testing::Test {
     return names;
   }
 
-  const std::string kAppData = ShellFolder(CSIDL_COMMON_APPDATA);
+  const std::string kAppData = KnownFolderPath(KnownFolder::kCommonData);
   const std::string kJson = kAppData + "\\Riot Games\\RiotClientInstalls.json";
   const std::string kMetadata = kAppData + "\\Riot Games\\Metadata";
   const std::string kYaml = "valorant.live.yaml";

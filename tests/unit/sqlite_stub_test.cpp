@@ -13,7 +13,8 @@ namespace tarnwick {
 namespace {
 
 // No folder of the shell has this number.
-const DatabaseLauncher kNowhere = {"[Nowhere]", "Starting...", 0x7F, R"(\games.db)"};
+const DatabaseLauncher kNowhere = {"[Nowhere]", "Starting...", static_cast<KnownFolder>(0x7F),
+                                   R"(\games.db)"};
 
 TEST(SqliteStub, HasNoPathWhereTheShellTellsNoFolder) { EXPECT_EQ(DatabasePath(kNowhere), ""); }
 

@@ -1,6 +1,6 @@
 #include "steam/steam_appinfo_scan.h"
 
-#include "foundation/files.h"
+#include "foundation/conversions.h"
 #include "foundation/seh_guard.h"
 #include "support/debug_capture.h"
 #include "support/steam_bytes.h"
@@ -250,7 +250,8 @@ TEST(SteamAppInfoScan, EndlessNestingLeavesTheScanAsAStackOverflowAndClosesTheFi
   scan.join();
   EXPECT_EQ(code, 0xC00000FDu);
   EXPECT_THAT(log.Lines(), SizeIs(5)) << "the log ends with the index";
-  EXPECT_TRUE(std::filesystem::remove(PathFromUtf8(kAppInfo))) << "the file is still open";
+  EXPECT_TRUE(std::filesystem::remove(std::filesystem::path(Utf8ToWide(kAppInfo))))
+      << "the file is still open";
 }
 
 // --- The registry

@@ -1,6 +1,6 @@
 #include "steam/steam_games_scan.h"
 
-#include "foundation/files.h"
+#include "foundation/conversions.h"
 #include "foundation/windows_api.h"
 #include "matching/registry.h"
 #include "support/debug_capture.h"
@@ -28,8 +28,8 @@ const std::string kSteam = kRoot + R"(\Steam)";
 
 std::string UninstallCount() {
   std::set<std::string> names;
-  for (const bool use64 : {false, true}) {
-    for (const std::string& name : EnumRegistrySubKeys(tests::kUninstallKey, use64)) names.insert(name);
+  for (const RegistryView view : {RegistryView::k32, RegistryView::k64}) {
+    for (const std::string& name : EnumRegistrySubKeys(tests::kUninstallKey, view)) names.insert(name);
   }
   return "[Steam] Found " + std::to_string(names.size()) + " uninstall registry entries";
 }
@@ -44,7 +44,7 @@ std::vector<std::string> ScanLog(const GameList& games) {
   return lines;
 }
 
-SignaturesByAppId ById(const GameSignature& game) { return {{game.SourceExId, game}}; }
+SignatureIndex ById(const GameSignature& game) { return {{game.SourceExId, game}}; }
 
 // --- The scan's frame
 
@@ -422,7 +422,7 @@ TEST(SteamGamesScan, AnEmptyLibraryIsBelowTheCurrentFolder) {
   SteamWorld world{kSteam};
   world.Manifest(kSteam, "400", "m", "Portal");
   const std::filesystem::path before = std::filesystem::current_path();
-  std::filesystem::current_path(PathFromUtf8(kSteam));
+  std::filesystem::current_path(std::filesystem::path(Utf8ToWide(kSteam)));
   const std::vector<SteamManifestInfo> manifests = ScanAppManifests({""});
   std::filesystem::current_path(before);
   ASSERT_THAT(manifests, SizeIs(1));
@@ -435,12 +435,12 @@ TEST(SteamGamesScan, ALibraryThatCannotBeListedCostsItselfAlone) {
   // A junction whose target is gone is still a folder by its attributes.
   world.d.Folder(kRoot + "\\Target");
   world.d.Junction(kRoot + "\\Broken\\steamapps", kRoot + "\\Target");
-  std::filesystem::remove(PathFromUtf8(kRoot + "\\Target"));
+  std::filesystem::remove(std::filesystem::path(Utf8ToWide(kRoot + "\\Target")));
   const DebugCapture log;
   EXPECT_THAT(Ids(ScanAppManifests({kRoot + "\\Broken", kRoot + "\\A"})), ElementsAre("1"));
   EXPECT_THAT(log.Lines(), IsEmpty());
   // The desktop can't take a link away that leads nowhere.
-  std::filesystem::create_directory(PathFromUtf8(kRoot + "\\Target"));
+  std::filesystem::create_directory(std::filesystem::path(Utf8ToWide(kRoot + "\\Target")));
 }
 
 TEST(SteamGamesScan, AManifestThatCannotBeOpenedIsEmpty) {

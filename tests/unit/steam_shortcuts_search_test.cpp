@@ -1,11 +1,13 @@
 #include "steam/steam_shortcuts_search.h"
 
-#include "foundation/files.h"
+#include "foundation/conversions.h"
 #include "support/debug_capture.h"
 #include "support/steam_bytes.h"
 #include "support/steam_world.h"
 
 #include <gmock/gmock.h>
+
+#include <filesystem>
 
 namespace tarnwick {
 namespace {
@@ -186,10 +188,10 @@ TEST(SteamShortcutsSearch, AFolderThatCannotBeListedGivesNothing) {
   World world;
   world.d.Folder(kRoot + "\\Target");
   world.d.Junction(kSteam + "\\userdata", kRoot + "\\Target");
-  std::filesystem::remove(PathFromUtf8(kRoot + "\\Target"));
+  std::filesystem::remove(std::filesystem::path(Utf8ToWide(kRoot + "\\Target")));
   EXPECT_THAT(GetSteamShortcuts(kSteam), IsEmpty());
   // The desktop can't take a link away that leads nowhere.
-  std::filesystem::create_directory(PathFromUtf8(kRoot + "\\Target"));
+  std::filesystem::create_directory(std::filesystem::path(Utf8ToWide(kRoot + "\\Target")));
 }
 
 }  // namespace

@@ -164,5 +164,45 @@ TEST(TrimSeparators, TakesAllOfOneEnd) {
   EXPECT_EQ(TrimTrailingSeparators(""), "");
 }
 
+TEST(UnquotedHead, TakesOffQuotesThatAreClosed) {
+  EXPECT_EQ(UnquotedHead(L"\"C:\\A\" /x"), L"C:\\A");
+  EXPECT_EQ(UnquotedHead(L"\"\""), L"");
+  for (const wchar_t* text : {L"", L"\"", L"\"C:\\A", L"C:\\A\"", L" \"C:\\A\"", L"C:\\A"}) {
+    EXPECT_EQ(UnquotedHead(text), text);
+  }
+}
+
+TEST(ReadAll, GivesTheRestOfAStream) {
+  std::istringstream stream("first\nsecond\nthird");
+  std::string line;
+  std::getline(stream, line);
+  EXPECT_EQ(ReadAll(stream), "second\nthird");
+  EXPECT_EQ(ReadAll(stream), "");
+}
+
+TEST(HalveBackslashes, MakesOneOfEachPair) {
+  EXPECT_EQ(HalveBackslashes(""), "");
+  EXPECT_EQ(HalveBackslashes("\\"), "\\");
+  EXPECT_EQ(HalveBackslashes("\\\\"), "\\");
+  EXPECT_EQ(HalveBackslashes("\\\\\\"), "\\\\");
+  EXPECT_EQ(HalveBackslashes("\\\\\\\\"), "\\\\");
+  EXPECT_EQ(HalveBackslashes("\\\\\\\\\\"), "\\\\\\");
+  EXPECT_EQ(HalveBackslashes("a\\\\b\\c\\\\"), "a\\b\\c\\");
+  EXPECT_EQ(HalveBackslashes("//x"), "//x");
+}
+
+TEST(ShownGameName, IsTheNameOrTheExecutablesWithoutSigns) {
+  EXPECT_EQ(ShownGameName("Wren\xE2\x84\xA2", "C:\\a.exe"), "Wren");
+  EXPECT_EQ(ShownGameName("", "C:\\Owl\xC2\xAE.exe"), "Owl");
+  EXPECT_EQ(ShownGameName("", "owl"), "Unknown");
+}
+
+TEST(AppendJsonMember, PutsACommaBeforeAllButTheFirst) {
+  std::wstring json = L"{";
+  AppendJsonMember(json, L"a", L"x\"{");
+  AppendJsonMember(json, L"b", L"");
+  EXPECT_EQ(json, L"{\"a\":\"x\\\"{\",\"b\":\"\"");
+}
+
 }  // namespace
 }  // namespace tarnwick

@@ -1,7 +1,7 @@
 #include "launchers/twitch_search.h"
 
 #include "desktop/desktop.h"
-#include "foundation/files.h"
+#include "foundation/machine/known_folders.h"
 #include "launchers/sqlite_stub.h"
 #include "support/debug_capture.h"
 #include "support/describe.h"
@@ -18,7 +18,8 @@ const std::string kStart = "[TwitchSearch] Starting Twitch Search...";
 const std::string kNone = "[TwitchSearch] Scan completed! Found 0 games.";
 
 TEST(TwitchSearch, LooksInTheMachinesData) {
-  EXPECT_EQ(GetTwitchDatabasePath(), ShellFolder(35) + R"(\Twitch\Games\Sql\GameInstallInfo.sqlite)");
+  EXPECT_EQ(GetTwitchDatabasePath(),
+            KnownFolderPath(KnownFolder::kCommonData) + R"(\Twitch\Games\Sql\GameInstallInfo.sqlite)");
 }
 
 TEST(TwitchSearch, SaysThatThereIsNoDatabase) {
@@ -55,7 +56,8 @@ TEST(TwitchSearch, MakesAResultOfARow) {
             R"(Игра 游戏|C:\Twitch\нет|twitch://fuel-launch/id-7|Twitch DB||0|0|)");
 }
 
-const DatabaseLauncher kLauncher = {"[TwitchSearch]", "Starting Twitch Search...", 35, ""};
+const DatabaseLauncher kLauncher = {"[TwitchSearch]", "Starting Twitch Search...", KnownFolder::kCommonData,
+                                    ""};
 
 TEST(TwitchSearch, ReportsEachRowWithoutAskingForFiles) {
   tests::DebugCapture capture;

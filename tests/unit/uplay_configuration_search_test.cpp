@@ -2,7 +2,6 @@
 
 #include "desktop/desktop.h"
 #include "desktop/launcher_files.h"
-#include "foundation/files.h"
 #include "support/debug_capture.h"
 #include "support/hostile_texts.h"
 #include "support/locked_path.h"

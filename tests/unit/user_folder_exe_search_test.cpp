@@ -1,7 +1,7 @@
 #include "matching/user_folder_exe_search.h"
 
 #include "desktop/desktop.h"
-#include "foundation/files.h"
+#include "foundation/machine/paths.h"
 #include "support/debug_capture.h"
 #include "support/describe.h"
 #include "support/environment.h"

@@ -9,9 +9,10 @@
 
 namespace tarnwick {
 
-// The two types that hold text, with their numbers in the registry.
+// The types that are told apart, with their numbers in the registry.
 inline constexpr uint32_t kRegistryText = 1;            // REG_SZ
 inline constexpr uint32_t kRegistryExpandableText = 2;  // REG_EXPAND_SZ
+inline constexpr uint32_t kRegistryNumber = 4;          // REG_DWORD
 
 bool IsRegistryTextType(uint32_t type);
 

@@ -1,5 +1,5 @@
 // Reader: registry values, from their bytes.
-#include "matching/registry_value_reader.h"
+#include "foundation/registry_value_reader.h"
 
 namespace tarnwick {
 
