@@ -5,6 +5,7 @@
 #include <objbase.h>
 #include <shlwapi.h>
 #include <wincodec.h>
+#include <wincrypt.h>
 #include <stdexcept>
 
 namespace tarnwick::tests {
@@ -24,22 +25,15 @@ struct Com {
 };
 
 std::string FromBase64(std::string_view text) {
-  const std::string alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string bytes;
-  uint32_t group = 0;
-  int bits = 0;
-  for (const char digit : text) {
-    const size_t value = alphabet.find(digit);
-    if (digit == '=') break;
-    if (value == std::string::npos) throw std::runtime_error("no base 64 text");
-    group = group << 6 | static_cast<uint32_t>(value);
-    bits += 6;
-    if (bits >= 8) {
-      bits -= 8;
-      bytes += static_cast<char>(group >> bits & 0xFF);
-    }
+  const auto length = static_cast<DWORD>(text.size());
+  DWORD bytes = length;
+  std::string decoded(length, '\0');
+  if (!CryptStringToBinaryA(text.data(), length, CRYPT_STRING_BASE64, reinterpret_cast<BYTE*>(decoded.data()),
+                            &bytes, nullptr, nullptr)) {
+    throw std::runtime_error("no base 64 text");
   }
-  return bytes;
+  decoded.resize(bytes);
+  return decoded;
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "support/process.h"
 
+#include "desktop/wide_text.h"
 #include "foundation/windows_api.h"
 
 #include <future>
@@ -8,23 +9,8 @@
 namespace tarnwick::tests {
 namespace {
 
-std::wstring Wide(const std::string& text) {
-  const int length = static_cast<int>(text.size());
-  std::wstring wide(static_cast<size_t>(MultiByteToWideChar(CP_UTF8, 0, text.data(), length, nullptr, 0)),
-                    L'\0');
-  MultiByteToWideChar(CP_UTF8, 0, text.data(), length, wide.data(), static_cast<int>(wide.size()));
-  return wide;
-}
-
-std::string Utf8(const std::wstring& text) {
-  const int length = static_cast<int>(text.size());
-  std::string narrow(
-      static_cast<size_t>(WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr)),
-      '\0');
-  WideCharToMultiByte(CP_UTF8, 0, text.data(), length, narrow.data(), static_cast<int>(narrow.size()),
-                      nullptr, nullptr);
-  return narrow;
-}
+using desktop::Narrow;
+using desktop::Wide;
 
 // By the rules that CommandLineToArgvW undoes: backslashes count only before a quote.
 std::wstring Quoted(const std::string& argument) {
@@ -67,7 +53,7 @@ std::string ReadToEnd(HANDLE pipe) {
 std::string TestProgramFolder() {
   wchar_t path[1024] = {};
   GetModuleFileNameW(nullptr, path, 1024);
-  const std::string program = Utf8(path);
+  const std::string program = Narrow(path);
   return program.substr(0, program.find_last_of('\\') + 1);
 }
 
@@ -76,7 +62,8 @@ ProgramResult RunProgram(const std::string& program, const std::vector<std::stri
   // Wine's shell, which the first program to ask for the desktop starts, inherits that program's pipes and
   // keeps them open. So the desktop is asked for before there are any.
   GetDesktopWindow();
-  std::wstring commandLine = Quoted(TestProgramFolder() + program);
+  const bool isPath = program.find('\\') != std::string::npos;
+  std::wstring commandLine = Quoted(isPath ? program : TestProgramFolder() + program);
   for (const std::string& argument : arguments) commandLine += L' ' + Quoted(argument);
   Pipe output;
   Pipe errors;

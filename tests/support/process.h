@@ -13,7 +13,7 @@ struct ProgramResult {
   std::string errors;  // standard error, as bytes
 };
 
-// Runs `program`, a file beside the test program, with the arguments, in `folder` (empty: the current one).
+// Runs `program`, a path or the name of a file beside the test program, with the arguments, in `folder` (empty: the current one).
 // Texts are UTF-8. Throws std::runtime_error if it can't be started or takes longer than a minute.
 ProgramResult RunProgram(const std::string& program, const std::vector<std::string>& arguments,
                          const std::string& folder = {});

@@ -3,6 +3,7 @@
 #include "desktop/journal.h"
 #include "desktop/wide_text.h"
 #include "foundation/owner.h"
+#include "support/process.h"
 #include "support/uninstall_key.h"
 
 #include <gmock/gmock.h>
@@ -345,38 +346,10 @@ TEST(DesktopState, RefusesWhatIsNoState) {
 }
 
 // What the program printed, both streams together, and its exit code.
-struct ProgramRun {
-  DWORD code = 0xFFFFFFFF;
-  std::string output;
-};
-
-ProgramRun RunProgram(const std::string& arguments) {
-  wchar_t self[MAX_PATH] = {};
-  GetModuleFileNameW(nullptr, self, MAX_PATH);
-  const std::filesystem::path program = std::filesystem::path(self).parent_path() / L"tarnwick-desktop.exe";
-  SECURITY_ATTRIBUTES inheritable{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
-  Handle reading, writing;
-  CreatePipe(reading.Receive(), writing.Receive(), &inheritable, 1 << 20);
-  STARTUPINFOW startup{};
-  startup.cb = sizeof startup;
-  startup.dwFlags = STARTF_USESTDHANDLES;
-  startup.hStdOutput = writing.Get();
-  startup.hStdError = writing.Get();
-  PROCESS_INFORMATION process{};
-  std::wstring command = L"\"" + program.wstring() + L"\" " + Wide(arguments);
-  ProgramRun run;
-  if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
-                      &process))
-    return run;
-  const Handle owner(process.hProcess);
-  const Handle thread(process.hThread);
-  writing.Reset();
-  char part[4096];
-  for (DWORD read = 0; ReadFile(reading.Get(), part, sizeof part, &read, nullptr) && read > 0;)
-    run.output.append(part, read);
-  WaitForSingleObject(process.hProcess, 60'000);
-  GetExitCodeProcess(process.hProcess, &run.code);
-  return run;
+tests::ProgramResult RunDesktop(const std::vector<std::string>& arguments) {
+  tests::ProgramResult result = tests::RunProgram("tarnwick-desktop.exe", arguments);
+  result.output += result.errors;
+  return result;
 }
 
 TEST(DesktopProgram, BuildsAndRemovesInTwoProcesses) {
@@ -384,17 +357,17 @@ TEST(DesktopProgram, BuildsAndRemovesInTwoProcesses) {
   desktop.File(kFolder + "\\описание.json",
                R"({"files": [{"path": "C:\\TarnwickTest\\Description\\Made\\a.txt", "text": "made"}],
                   "registry": [{"key": "HKEY_LOCAL_MACHINE\\SOFTWARE\\TarnwickDescriptionTest", "values": {"a": "b"}}]})");
-  const std::string state = " --state \"" + kFolder + "\\состояние.json\"";
-  const ProgramRun built = RunProgram("build \"" + kFolder + "\\описание.json\"" + state);
-  EXPECT_EQ(built.code, 0u) << built.output;
+  const std::string state = kFolder + "\\состояние.json";
+  const tests::ProgramResult built = RunDesktop({"build", kFolder + "\\описание.json", "--state", state});
+  EXPECT_EQ(built.exitCode, 0u) << built.output;
   EXPECT_THAT(built.output, HasSubstr("Made 4 things."));
   EXPECT_EQ(Content(kFolder + "\\Made\\a.txt"), "made");
   EXPECT_EQ(Value(kTestKey, "a"), "b");
-  const ProgramRun again = RunProgram("build \"" + kFolder + "\\описание.json\"" + state);
-  EXPECT_EQ(again.code, 1u);
+  const tests::ProgramResult again = RunDesktop({"build", kFolder + "\\описание.json", "--state", state});
+  EXPECT_EQ(again.exitCode, 1u);
   EXPECT_THAT(again.output, HasSubstr("a desktop stands already"));
-  const ProgramRun removed = RunProgram("remove" + state);
-  EXPECT_EQ(removed.code, 0u) << removed.output;
+  const tests::ProgramResult removed = RunDesktop({"remove", "--state", state});
+  EXPECT_EQ(removed.exitCode, 0u) << removed.output;
   EXPECT_FALSE(Exists(kFolder + "\\Made"));
   EXPECT_FALSE(Exists(kFolder + "\\состояние.json"));
   EXPECT_EQ(Value(kTestKey, "a"), "none");
@@ -404,31 +377,33 @@ TEST(DesktopProgram, SaysWhatIsWrong) {
   Desktop desktop;
   desktop.File(kFolder + "\\bad.json",
                R"({"folders": ["C:\\TarnwickTest\\Description\\Half"], "files": [{}]})");
-  const ProgramRun help = RunProgram("--help");
-  EXPECT_EQ(help.code, 0u);
+  const tests::ProgramResult help = RunDesktop({"--help"});
+  EXPECT_EQ(help.exitCode, 0u);
   EXPECT_THAT(help.output,
               AllOf(HasSubstr("build"), HasSubstr("remove"), HasSubstr("TARNWICK_THROWAWAY_MACHINE")));
-  EXPECT_EQ(RunProgram("").code, 2u);
-  EXPECT_EQ(RunProgram("biuld x").code, 2u);
-  EXPECT_EQ(RunProgram("build").code, 2u);
-  const ProgramRun missing = RunProgram("build C:\\TarnwickTest\\none.json");
-  EXPECT_EQ(missing.code, 1u);
+  EXPECT_EQ(RunDesktop({}).exitCode, 2u);
+  EXPECT_EQ(RunDesktop({"biuld", "x"}).exitCode, 2u);
+  EXPECT_EQ(RunDesktop({"build"}).exitCode, 2u);
+  const tests::ProgramResult missing = RunDesktop({"build", "C:\\TarnwickTest\\none.json"});
+  EXPECT_EQ(missing.exitCode, 1u);
   EXPECT_THAT(missing.output, HasSubstr("can't open 'C:\\TarnwickTest\\none.json'"));
-  const ProgramRun bad = RunProgram("build " + kFolder + "\\bad.json --state " + kFolder + "\\s.json");
-  EXPECT_EQ(bad.code, 1u);
+  const tests::ProgramResult bad =
+      RunDesktop({"build", kFolder + "\\bad.json", "--state", kFolder + "\\s.json"});
+  EXPECT_EQ(bad.exitCode, 1u);
   EXPECT_THAT(bad.output, HasSubstr("at /files/0: missing member 'path'"));
   EXPECT_FALSE(Exists(kFolder + "\\Half"));
   EXPECT_FALSE(Exists(kFolder + "\\s.json"));
-  EXPECT_EQ(RunProgram("remove --state " + kFolder + "\\bad.json").code, 1u);
+  EXPECT_EQ(RunDesktop({"remove", "--state", kFolder + "\\bad.json"}).exitCode, 1u);
 }
 
 TEST(DesktopProgram, RefusesAMachineThatIsNotThrowaway) {
   Desktop desktop;
   desktop.File(kFolder + "\\empty.json", "{}");
   _putenv("TARNWICK_THROWAWAY_MACHINE=");
-  const ProgramRun run = RunProgram("build " + kFolder + "\\empty.json --state " + kFolder + "\\s.json");
+  const tests::ProgramResult run =
+      RunDesktop({"build", kFolder + "\\empty.json", "--state", kFolder + "\\s.json"});
   _putenv("TARNWICK_THROWAWAY_MACHINE=1");
-  EXPECT_EQ(run.code, 1u);
+  EXPECT_EQ(run.exitCode, 1u);
   EXPECT_THAT(run.output, HasSubstr("TARNWICK_THROWAWAY_MACHINE=1"));
 }
 

@@ -3,6 +3,7 @@
 #include "desktop/journal.h"
 #include "desktop/wide_text.h"
 #include "foundation/owner.h"
+#include "support/process.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -271,22 +272,6 @@ TEST(Desktop, MovesTakeTheThingsAlong) {
   EXPECT_FALSE(Exists(kFolder));
 }
 
-DWORD ExitCodeOf(const std::string& path) {
-  STARTUPINFOW startup{};
-  startup.cb = sizeof startup;
-  PROCESS_INFORMATION process{};
-  std::wstring command = L"\"" + Wide(path) + L"\"";
-  if (!CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                      &process))
-    return 0xFFFFFFFF;
-  const Handle owner(process.hProcess);
-  const Handle thread(process.hThread);
-  DWORD code = 0xFFFFFFFE;
-  if (WaitForSingleObject(process.hProcess, 30'000) == WAIT_OBJECT_0)
-    GetExitCodeProcess(process.hProcess, &code);
-  return code;
-}
-
 ExecutableOptions RichOptions() {
   ExecutableOptions options;
   options.icons = {{{{16, 0xFF0000}, {32, 0x00FF00}, {256, 0x0000FF}}}, {{{48, 0x112233}}}};
@@ -298,9 +283,9 @@ ExecutableOptions RichOptions() {
 TEST(DesktopExecutable, RunsAndEndsWithCodeZero) {
   Desktop desktop;
   desktop.Executable(kFolder + R"(\plain.exe)");
-  EXPECT_EQ(ExitCodeOf(kFolder + R"(\plain.exe)"), 0u);
+  EXPECT_EQ(tests::RunProgram(kFolder + R"(\plain.exe)", {}).exitCode, 0u);
   desktop.Executable(kFolder + R"(\Игра rich.exe)", RichOptions());
-  EXPECT_EQ(ExitCodeOf(kFolder + R"(\Игра rich.exe)"), 0u);
+  EXPECT_EQ(tests::RunProgram(kFolder + R"(\Игра rich.exe)", {}).exitCode, 0u);
 }
 
 TEST(DesktopExecutable, IsPaddedToItsSizeAndStillRuns) {
@@ -310,7 +295,7 @@ TEST(DesktopExecutable, IsPaddedToItsSizeAndStillRuns) {
   desktop.Executable(kFolder + R"(\big.exe)", options);
   EXPECT_EQ(std::filesystem::file_size(LongPath(kFolder + R"(\big.exe)")), 1'000'000u);
   EXPECT_EQ(Content(kFolder + R"(\big.exe)"), ExecutableBytes(options));
-  EXPECT_EQ(ExitCodeOf(kFolder + R"(\big.exe)"), 0u);
+  EXPECT_EQ(tests::RunProgram(kFolder + R"(\big.exe)", {}).exitCode, 0u);
 }
 
 std::string VersionText(const std::string& path, const std::wstring& block) {
