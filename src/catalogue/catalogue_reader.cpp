@@ -89,7 +89,7 @@ bool NoteOpening(RecordState& state, size_t element, const char* tag, const char
 }
 
 // Takes the closing tag at `tag` for the element's, if that is open. Kept: a closing tag that stands inside
-// the opening tag does not count.
+// the opening tag does not count (docs/decisions/catalogue-text.md).
 void NoteClosing(RecordState& state, size_t element, const char* tag, GameSignature& record) {
   if ((state.open >> element & 1) == 0 || tag < state.text[element]) return;
   state.open &= ~(1u << element);

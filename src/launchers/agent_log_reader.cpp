@@ -22,7 +22,7 @@ bool TakeRequest(const std::string& line, std::string& gameId) {
 }
 
 // Leaves the next line with a brace in `line`, cut to begin there. Kept: whatever stands before it is passed
-// over, even other requests, whose products are lost.
+// over, even other requests, whose products are lost (docs/decisions/launcher-texts.md).
 bool FindBlock(std::istream& log, std::string& line) {
   while (std::getline(log, line)) {
     const size_t brace = line.find('{');

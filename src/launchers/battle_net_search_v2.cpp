@@ -63,7 +63,8 @@ std::string FindByCatalogue(const std::string& installPath, const GameSignature&
   std::vector<std::string> candidates;
   AppendCandidates(candidates, installPath, signature.DefaultExe, GetDefaultFolderExe(signature));
   AppendCandidates(candidates, installPath, signature.DefaultExe32, signature.DefaultFolderExe32);
-  // Kept: the 64-bit executable goes with the plain folders, not with DefaultFolderExe64.
+  // Kept: the 64-bit executable goes with the plain folders, not with DefaultFolderExe64
+  // (docs/decisions/catalogue-fields.md).
   AppendCandidates(candidates, installPath, signature.DefaultExe64, signature.DefaultFolderExe);
   if (const std::string exe = GetDefaultExe(signature); !exe.empty()) {
     candidates.push_back(CombinePath(installPath, exe));

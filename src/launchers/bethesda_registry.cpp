@@ -78,7 +78,7 @@ std::string BuildBethesdaRunUri(const std::string& productId) { return "bethesda
 
 ScanResults BethesdaRegistrySearch(const GameList& games, const std::string&) {
   LogStream() << kPrefix << " Starting Bethesda Registry Search...\n";
-  // Kept: neither of the two early ways out writes the completion line.
+  // Kept: neither of the two early ways out writes the completion line (docs/decisions/log-frames.md).
   if (!IsBethesdaLauncherInstalled()) {
     LogStream() << kPrefix << " Bethesda launcher not installed.\n";
     return {};

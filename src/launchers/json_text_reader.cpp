@@ -72,7 +72,7 @@ std::vector<std::string> JsonFindStringArray(std::string_view text, std::string_
   std::vector<std::string> elements;
   // Kept: the first step takes double quotes for separators too, the opening quote among them, so the quote
   // asked for behind it is never there and no element is ever cut out. No category filters a game, and none
-  // must.
+  // must (docs/decisions/json-text.md).
   for (size_t at = 0; (at = inner.find_first_not_of(" \t\n\r,\"", at)) != kNone;) {
     at = inner.find_first_not_of(" \t\n\r,", at);
     if (at == kNone || inner[at] != '"') break;

@@ -23,7 +23,8 @@ size_t JsonFindColon(std::string_view text, std::string_view key);
 size_t JsonSkipBlanks(std::string_view text, size_t at);
 
 // The closing quote of a string whose content starts at `start`, npos if it isn't closed. Kept: only the one
-// byte before a quote is looked at, so a value that ends in an escaped backslash runs on to the next quote.
+// byte before a quote is looked at, so a value that ends in an escaped backslash runs on to the next quote
+// (docs/decisions/json-text.md).
 size_t JsonFindClosingQuote(std::string_view text, size_t start);
 
 // The text between the quotes as it stands, doubled backslashes included. Empty for a number, null, array or

@@ -53,7 +53,7 @@ std::map<std::string, MihoyoGameEntry> ReadEntriesByGameBiz() {
     for (MihoyoGameEntry& entry : ReadRoot(root, appData))
       entries.try_emplace(entry.gameBiz, std::move(entry));
   }
-  // Kept: the standalone root's files are read and contribute nothing.
+  // Kept: the standalone root's files are read and contribute nothing (docs/decisions/launcher-records.md).
   ReadRoot(2, appData);
   return entries;
 }

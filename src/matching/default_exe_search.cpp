@@ -85,7 +85,7 @@ std::vector<std::string> BuildDriveCandidates(const GameSignature& signature, co
     Append(candidates, BuildFolderCandidates(path, SplitPipeList(list)));
   };
   // The path stays that of the default executable: only the lists differ. Kept: the 64-bit executable goes
-  // with the plain list.
+  // with the plain list (docs/decisions/catalogue-fields.md).
   appendList(signature.DefaultExe32, signature.DefaultFolderExe32);
   appendList(signature.DefaultExe64, signature.DefaultFolderExe);
   return candidates;

@@ -53,7 +53,8 @@ GameUxEntries ReadEntriesOrNone() {
 }
 
 void FindGame(const GameSignature& signature, const GameUxEntries& entries, ScanResults& results) {
-  // Kept: case counts. The catalogue writes its GUIDs as the registry's are written.
+  // Kept: case counts. The catalogue writes its GUIDs as the registry's are written
+  // (docs/decisions/letter-case.md).
   const auto entry = entries.find(signature.GameGUID);
   if (entry == entries.end()) return;
   // The file may have gone since the list was read.

@@ -124,7 +124,7 @@ std::string FindInstallValueByDisplayName(const GameSignature& signature, const 
   std::string subkey;
   if (!ParseRegistryPath(keyText, root, subkey)) return {};
   // Kept: the names are looked up beside the key's last component, and below the key only where the text ends
-  // in a backslash.
+  // in a backslash (docs/decisions/registry-lookups.md).
   const size_t lastSeparator = keyText.rfind('\\');
   const std::string prefix =
       lastSeparator == std::string::npos ? keyText + '\\' : keyText.substr(0, lastSeparator + 1);

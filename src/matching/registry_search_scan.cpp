@@ -78,7 +78,8 @@ void FindGame(const GameSignature& signature, const std::string& userSid, ScanRe
 }  // namespace
 
 std::string ResolveRegistrySearchExe(const std::string& text, const GameSignature& signature) {
-  // Kept: the paths are tried in the order of their bytes, not in the order in which the fields add them.
+  // Kept: the paths are tried in the order of their bytes, not in the order in which the fields add them
+  // (docs/decisions/install-paths.md).
   SortedPaths paths;
   std::string base = text;
   if (!GetExtension(text).empty()) {

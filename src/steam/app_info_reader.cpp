@@ -124,7 +124,8 @@ void SkipPayload(ByteCursor& cursor, unsigned char type) {
     case kInt32:
       return SkipIfThere(cursor, 4);
     case kFloat:
-      // Kept: unlike the others, this type goes to the end of a buffer that is too short for it.
+      // Kept: unlike the others, this type goes to the end of a buffer that is too short for it
+      // (docs/decisions/steam-binary-files.md).
       cursor.position = HasLeft(cursor, 4) ? cursor.position + 4 : cursor.size;
       return;
     case kUint64:
@@ -219,7 +220,8 @@ std::string_view ReadKeyName(KeyValueContext& context, std::string& number) {
   ByteCursor& cursor = context.cursor;
   if (context.stringTable.empty()) return TakeText(cursor);
   uint32_t i = 0;
-  // Kept: with fewer bytes left the first entry is meant, and the bytes stay to be read as what follows.
+  // Kept: with fewer bytes left the first entry is meant, and the bytes stay to be read as what follows
+  // (docs/decisions/steam-binary-files.md).
   if (HasLeft(cursor, 4)) {
     for (uint32_t shift = 0; shift < 32; shift += 8) i |= uint32_t{TakeByte(cursor)} << shift;
   }

@@ -185,7 +185,8 @@ std::vector<NamedValue> EnumerateValues(HKEY key) {
     BYTE data[4096];
     DWORD length = sizeof(data);
     DWORD type = 0;
-    // Kept: a value too long for the buffer ends the list, as the last one does.
+    // Kept: a value too long for the buffer ends the list, as the last one does
+    // (docs/decisions/registry-lookups.md).
     if (RegEnumValueW(key, index, name, &nameLength, nullptr, &type, data, &length) != ERROR_SUCCESS)
       return values;
     values.push_back({name, {type, {data, data + length}}});
