@@ -183,7 +183,7 @@ std::string NearestCommand(const CLI::App& app, const std::string& typed) {
   size_t least = kMostEdits + 1;
   for (const CLI::App* command : app.get_subcommands({})) {
     const size_t distance = EditDistance(typed, command->get_name());
-    // A short word is near to anything.
+    // As many edits as the word has letters would make it any word.
     if (distance >= least || distance >= typed.size()) continue;
     least = distance;
     nearest = command->get_name();

@@ -7,8 +7,7 @@
 
 namespace tarnwick::host {
 
-// "Level 3: 4 of 9 strategies have said their last word, 12 games found", or an empty text before the first
-// level.
+// "Level 3: 4 of 9 strategies finished, 12 found", or an empty text before the first level.
 std::string ProgressText(const ScanReporter& reporter);
 
 // Draws `text` on the standard error over the line drawn before, cut to the terminal's width; an empty text

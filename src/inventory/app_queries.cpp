@@ -103,7 +103,7 @@ std::wstring PageExecutable(const AppRecord& record) {
   if (!NamesExecutable(record.DisplayIcon)) return {};
   std::wstring executable = record.DisplayIcon;
   if (executable.ends_with(L",0")) executable.resize(executable.size() - 2);
-  // Kept: quotes stay here, and so do other indices; only the full list takes them off
+  // Kept: quotes and other indices stay here; only the full list takes them off
   // (docs/decisions/list-icon-index.md).
   return NamesUninstaller(executable) ? std::wstring() : executable;
 }

@@ -123,7 +123,7 @@ std::vector<BattleNetGameEntry> GetBattleNetGamesFromLogs(const std::string& com
         if (seen.insert(ToLowerBytes(entry.gameId)).second) entries.push_back(std::move(entry));
       }
     }
-    // Only now: a product beyond the limit stays out even if an earlier one proves to be gone.
+    // The limit comes before all tests: the 21st product stays out even if an earlier one proves to be gone.
     if (entries.size() > kMostProducts) entries.resize(kMostProducts);
   });
   return entries;
@@ -144,7 +144,7 @@ std::string GetExeProductName(const std::string& path) {
     const std::string product = NarrowVersionText(block, *table, "ProductName").value_or(name);
     if (!NamesSetup(product)) name = product;
   } catch (...) {
-    // The name so far, or the file's own, is as good as any.
+    // The name so far is returned; for an empty one the caller takes the file's name.
   }
   return name;
 }

@@ -4,9 +4,8 @@
 // empty.
 //
 // Two rules for a string's value are in use, and the launchers differ in which they follow:
-//   JsonFindString      the value must follow the colon, but for white space, and an escaped quote doesn't
-//   end it JsonFindNextQuoted  whatever stands in quotes next behind the colon, be it a later key, up to the
-//   next quote
+// - JsonFindString: the value must follow the colon, but for white space; an escaped quote doesn't end it.
+// - JsonFindNextQuoted: what stands between the next two quotes behind the colon, even if that is a later key.
 
 #include <cstddef>
 #include <string>
@@ -36,7 +35,7 @@ std::string JsonFindNextQuoted(std::string_view text, std::string_view key);
 // True only for a value that begins with the bytes "true".
 bool JsonFindBool(std::string_view text, std::string_view key);
 
-// Always empty: see the function.
+// Always empty; docs/decisions/json-text.md tells why.
 std::vector<std::string> JsonFindStringArray(std::string_view text, std::string_view key);
 
 // Each object of the array behind the key, as a view into `text`. Braces and brackets inside strings count

@@ -29,7 +29,7 @@ void Append(std::vector<std::string>& paths, const std::vector<std::string>& mor
 std::string BelowProgramFiles(const std::string& path, const std::string& driveRoot) {
   const size_t colon = path.find(':');
   if (colon == std::string::npos || colon + 1 == path.size()) return {};
-  // The root ends in a backslash: the doubled one goes when the full path is asked for.
+  // The root ends in a backslash, so this doubles it; FullPath makes it a single one again.
   return driveRoot + "\\Program Files\\" + TrimLeadingSeparators(path.substr(colon + 1));
 }
 

@@ -83,7 +83,7 @@ void ReadGameUxSubkey(const std::string& listKey, const std::string& subkey, Gam
   try {
     AddSubkey(listKey + subkey, entries);
   } catch (...) {
-    // A subkey that can't be read costs that subkey alone, and nothing is said about it.
+    // A subkey that can't be read costs that subkey alone, and is not logged.
   }
 }
 

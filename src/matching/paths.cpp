@@ -139,8 +139,8 @@ std::string ResolveExeFromInstallText(const std::string& text, const GameSignatu
     const bool hasExtension = !GetExtension(token).empty();
     const bool isFile = FileExists(token);
     if (hasExtension && isFile && ContainsIgnoreCase(token, signature.DefaultExe)) return token;
-    // Kept: a folder with a dot in its name never serves as a folder, while an existing file does
-    // (docs/decisions/install-paths.md).
+    // Kept: a text that looks like a file's, with a dot in it, and isn't one is passed over. So a folder with
+    // a dot in its path never serves as a folder (docs/decisions/install-paths.md).
     if (hasExtension && !isFile) continue;
     const std::string exe = FirstExistingDefaultExe(token, signature);
     if (!exe.empty()) return exe;

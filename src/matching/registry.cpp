@@ -12,7 +12,9 @@ namespace {
 
 struct Hive {
   RegistryRoot root;
-  size_t cut;  // where the subkey text begins: kept, the first hive's cut drops the character behind its name
+  // Where the subkey's text begins. Kept: the first hive's cut drops the character behind its name, whatever it
+  // is (docs/decisions/registry-lookups.md).
+  size_t cut;
 };
 
 constexpr Hive kHives[] = {{RegistryRoot::kLocalMachine, 19},

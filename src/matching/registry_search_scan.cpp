@@ -52,7 +52,7 @@ void AddBitnessExe(SortedPaths& paths, const std::string& base, const std::strin
 
 bool IsTested(const GameSignature& signature) {
   if (signature.RegistryKey.empty() || signature.RegistryPathKeyName.empty()) return false;
-  // A Steam game without a launch URL is nobody else's, so it is tested here.
+  // A Steam record is left to Steam's strategies, unless it has no launch URL.
   return signature.SourceKind != kSourceSteam || signature.LaunchUrl.empty();
 }
 

@@ -43,16 +43,16 @@ bool ReadNumber(std::istream& stream, Number& number) {
   return true;
 }
 
-// The bytes up to a NUL. A text that the stream's end cuts short is kept as it came, and fails the stream as
-// one does that isn't there at all.
+// The bytes up to a NUL. A text that the end of the stream cuts short is kept as far as it came; it sets the
+// stream's fail state, as a missing text does.
 void ReadTableText(std::istream& stream, std::string& text) {
   std::getline(stream, text, '\0');
   if (stream.eof()) stream.setstate(std::ios::failbit);
 }
 
 // The room for all entries is asked for first, so that a count beyond memory fails at once. Texts that are
-// missing count as empty ones but are not stored, and their room is given back: a stream that couldn't give
-// them is failed for good, so nothing will ever be looked up in this table.
+// missing are not stored, and their room is given back: the stream stays in its fail state then, so no app
+// can be read and no key name is looked up (docs/decisions/appinfo-string-count.md).
 void ReadStringTable(SteamAppInfoReader& reader, std::istream& stream) {
   uint32_t count = 0;
   ReadNumber(stream, count);
@@ -132,7 +132,9 @@ void SkipPayload(ByteCursor& cursor, unsigned char type) {
     case kInt64:
       return SkipIfThere(cursor, 8);
     default:
-      return;  // kept: of the payloads of 4, 5, 6 and 9 nothing is known, and nothing is skipped
+      // Kept: the payloads of 4, 5, 6 and 9 are unknown, so nothing is skipped
+      // (docs/decisions/steam-binary-files.md).
+      return;
   }
 }
 

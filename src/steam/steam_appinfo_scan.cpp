@@ -53,7 +53,7 @@ void CheckAppGuarded(SteamAppInfoReader& reader, const std::string& id, const st
     LogExceptions("  - Exception checking app " + id + ": ",
                   [&] { CheckApp(reader, id, location, results); });
   } catch (...) {
-    // Nothing is known of it that could be logged.
+    // What isn't a std::exception carries no text to log.
   }
 }
 

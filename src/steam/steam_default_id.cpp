@@ -57,7 +57,7 @@ bool CheckGames(const GameList& games, ScanResults& results) {
     try {
       CheckGame(steamPath, game, results);
     } catch (...) {
-      // One signature that can't be checked costs that signature alone, and no line.
+      // A signature that can't be checked costs that signature alone, and is not logged.
     }
   }
   return true;

@@ -34,7 +34,8 @@ RegistryKey OpenMachineKey(const char* subkey) {
 
 }  // namespace
 
-// Kept apart: three orders and one lookup of its own (docs/decisions/steam-lookups.md).
+// Kept apart from the three functions below, each of which asks in another order
+// (docs/decisions/steam-lookups.md).
 std::string GetSteamInstallPath() { return FirstText({kMachine32, kMachine, kUser}); }
 
 // Kept apart: the reverse of the other two, and without the user's key (docs/decisions/steam-lookups.md).

@@ -170,7 +170,7 @@ std::vector<SteamManifestInfo> ScanAppManifests(const std::vector<std::string>& 
       const std::string folder = ManifestFolder(library);
       if (!folder.empty()) AppendManifests(folder, manifests);
     } catch (...) {
-      // A drive that was pulled out costs its own games and no line.
+      // A drive that was pulled out costs its own games, and is not logged.
     }
   }
   return manifests;

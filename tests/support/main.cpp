@@ -10,7 +10,7 @@ int main(int argc, char** argv) {
   SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
   testing::InitGoogleMock(&argc, argv);
   const int result = RUN_ALL_TESTS();
-  // The runner insists on this mark: a program that ends half-way can end with exit code 0.
+  // CTest wants this mark: a program that ends half-way can end with exit code 0.
   std::puts("TARNWICK-TESTS-ENDED");
   return result;
 }

@@ -34,8 +34,8 @@ FolderListing ListFolders(const std::string& folder);
 FolderListing ListFoldersIfOpen(const std::string& folder);
 
 // The regular files of a folder and, in the deep form, of all folders below, but not of those behind
-// junctions, symbolic links or other reparse points: a loop of them would never end. Kept apart from
-// ListFiles: the text of a failure is another.
+// junctions, symbolic links or other reparse points: a loop of them would never end. Not one
+// function with ListFiles: the text of a failure is another.
 FolderListing WalkFiles(const std::string& folder, NameTest* wanted);
 FolderListing WalkFilesDeep(const std::string& folder, NameTest* wanted);
 
