@@ -70,7 +70,7 @@ bool AddWord(Normalizing& normal, std::string_view bytes) {
   if (!IsNormalWord(word, normal.gap || normal.length == 0 ? 0x80 : 0)) return false;
   if (normal.gap) normal.out[normal.length++] = ' ';
   std::memcpy(normal.out + normal.length, bytes.data(), kWordSize);
-  // A blank at the end waits for what follows.
+  // A blank at the word's end is written once another byte follows.
   normal.gap = BlanksIn(word) >> 63 != 0;
   normal.length += kWordSize - (normal.gap ? 1 : 0);
   return true;
