@@ -1,8 +1,8 @@
 // The catalogue's parser beside a general XML parser, and beside its own plain form, on 20,000 records.
 //
 // The general parser gets what helps it: a document object that is used again, its fastest way through the
-// children (in their order, one comparison for each), and records in the same kind of
-// list. Its load_buffer works on a copy of the text, as this parser leaves the text untouched too.
+// children (in their order, one comparison for each), and records in the same kind of list. Its load_buffer
+// works on a copy of the text, which stays untouched as it does with this parser.
 #include "catalogue/catalogue_reader.h"
 #include "support/catalogue_reference.h"
 #include "support/catalogue_sample.h"

@@ -1,8 +1,8 @@
 # The eight subsystems, in the order in which they may include each other, and the units that build without Windows.
 set(TARNWICK_SUBSYSTEMS foundation catalogue matching steam launchers inventory focus core)
 
-# Readers turn bytes into records and know nothing of Windows; the name says so. The few other units that are
-# as free of it are listed by hand.
+# Readers turn bytes into records and know nothing of Windows; the name says so. The few other units that
+# include nothing of Windows are listed by hand.
 file(GLOB_RECURSE TARNWICK_NATIVE_UNITS CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/src/*_reader.cpp)
 list(APPEND TARNWICK_NATIVE_UNITS
   ${PROJECT_SOURCE_DIR}/src/foundation/result_buffer.cpp

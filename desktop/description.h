@@ -1,6 +1,5 @@
 #pragma once
-// A whole desktop described in JSON, for the demo, for scripts and for benches. docs/desktop.md tells the
-// format.
+// A whole desktop described in JSON, for the demo, tests and scripts. docs/desktop.md tells the format.
 
 #include "desktop/desktop.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 // Builds a desktop: registry keys, files, folders and executables, as launchers and installers leave them.
-// Tests, the demo and the benches share it. What a Desktop made, and nothing else, goes when it is destroyed:
-// a value or file that stood there before gets its old content back.
+// Tests and the demo share it. What a Desktop made, and nothing else, goes when it is destroyed: a value or
+// file that stood there before gets its old content back.
 //
 // All texts are UTF-8; paths are absolute, with backslashes; keys begin with a hive's long name, such as
 // HKEY_LOCAL_MACHINE\SOFTWARE\Foo. Every function throws std::runtime_error with the path or key in its text
@@ -54,7 +54,7 @@ class Desktop {
   void Keep();  // what was made stays when this is destroyed
 
   // Takes everything away now, in the reverse order of making. A folder or key that holds something else by
-  // then stays. Goes on behind what can't be removed, and throws the first such failure at the end.
+  // then stays. Goes on after a failure, and throws the first one at the end.
   void Remove();
 
   // What was made so far, in order; and the way to take it over, in this process or another (journal.h).

@@ -16,19 +16,20 @@
 namespace tarnwick::host {
 namespace {
 
-// A page shows a search box for all of them, so it is cut only where that was asked for.
+// The HTML page has a search box, so it holds all applications unless a page of the list was asked for.
 bool WantsAll(const Options& options) {
   return options.all || (options.format == Format::kHtml && !options.pageAsked);
 }
 
-// Is there an n-th application? A page of one application, whose text nobody takes, loads one icon at most.
+// Is there an n-th application? Asks for a page of one, without a buffer for its text: that loads one icon at
+// most.
 bool Exists(const std::wstring& filter, uint64_t number) {
   constexpr int32_t kLengthOfEmptyList = 2;
   if (number > uint64_t{std::numeric_limits<int32_t>::max()}) return false;
   return IA_GetAppsJson(static_cast<int32_t>(number), 1, filter.c_str(), nullptr, 0) > kLengthOfEmptyList;
 }
 
-// Counts outside of the log, which is to show the one call that was asked for.
+// These calls are left out of the log, which shows the one call that was asked for.
 ApplicationCounts Count(const Options& options, uint64_t shown) {
   ApplicationCounts counts;
   counts.shown = counts.total = shown;
@@ -40,13 +41,13 @@ ApplicationCounts Count(const Options& options, uint64_t shown) {
     counts.total =
         CountItems(shown > 0 ? before + shown : 0, [&](uint64_t number) { return Exists(filter, number); });
   }
-  // How many of those without an executable a filter would keep, nobody tells.
+  // The library doesn't tell how many of those without an executable a filter would keep.
   if (options.filter.empty()) counts.cached = static_cast<uint64_t>(IA_RefreshCache());
   return counts;
 }
 
-// A page behind the end is no failure to a program, which sees an empty list, but nothing for a person to
-// look at.
+// For a program a page behind the end is an empty list and no failure; a person who asked for a table is
+// told.
 void TellOfMissingPage(const Options& options, const ApplicationCounts& counts) {
   const std::string missing = MissingPageText(counts);
   if (missing.empty()) return;

@@ -16,8 +16,8 @@ std::vector<std::string> CommandLineArguments();
 // disk, a reader that has gone.
 void WriteStandardOutput(std::string_view text);
 
-// Takes no memory and never throws: it is called on the library's threads, and for a program's last words. A
-// text that can't be written there is lost, as there is nobody left to tell.
+// Takes no memory and never throws: it is called on the library's threads, and where memory has run out. A
+// text that can't be written there is lost.
 void WriteStandardError(std::string_view text) noexcept;
 
 // The columns that a line may fill on the terminal that the standard output or error is, or 0 where it is

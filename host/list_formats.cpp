@@ -21,7 +21,7 @@ std::string Quoted(const std::string& text) {
   return quoted + '"';
 }
 
-// A spreadsheet runs a cell that begins so as a formula, and whatever was installed here may have written it.
+// Spreadsheets run a cell that begins so as a formula, and any installed program may have written the text.
 bool LooksLikeAFormula(const std::string& text) { return text.find_first_of("=+-@\t\r") == 0; }
 
 std::string TextCell(const std::string& text) {

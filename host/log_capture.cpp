@@ -25,8 +25,8 @@ std::mutex g_sinkMutex;
 std::function<void(const LogEntry&)> g_sink;
 void* g_handler = nullptr;
 
-// The wide debug output is offered as a wide text first and, where nobody takes that, once more in the ANSI
-// page.
+// The wide debug output raises two exceptions: one with the wide text and, unless a debugger has handled
+// that, one with the text in the ANSI code page.
 thread_local bool t_sawWide = false;
 
 thread_local bool t_handling = false;

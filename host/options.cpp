@@ -43,7 +43,7 @@ std::vector<std::string> NamesOf(const FormatNames& formats) {
   return names;
 }
 
-// A whole number from `least` to `most`. What it says of others names no limit that nobody would type.
+// A whole number from `least` to `most`. The error names the upper limit only where the option has one.
 CLI::Validator WholeNumber(int32_t least, int32_t most = kNoLimit) {
   return CLI::Validator(
       [least, most](std::string& text) -> std::string {
@@ -51,7 +51,7 @@ CLI::Validator WholeNumber(int32_t least, int32_t most = kNoLimit) {
         const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
         if (error == std::errc::invalid_argument || end != text.data() + text.size())
           return "must be a whole number";
-        // A number that is too long to be read has one of the two faults as well, by its sign.
+        // A number of more than 64 bits is too small or too large, by its sign.
         const bool readable = error == std::errc();
         const bool small = readable ? number < least : text.starts_with('-');
         if (readable && !small && number <= most) return {};
@@ -183,7 +183,7 @@ std::string NearestCommand(const CLI::App& app, const std::string& typed) {
   size_t least = kMostEdits + 1;
   for (const CLI::App* command : app.get_subcommands({})) {
     const size_t distance = EditDistance(typed, command->get_name());
-    // A short word is near to anything.
+    // As many edits as the word has letters would make it any word.
     if (distance >= least || distance >= typed.size()) continue;
     least = distance;
     nearest = command->get_name();

@@ -16,8 +16,8 @@ struct StrategyReport {
   bool started = false;
   bool finished = false;  // the level's barrier has passed
   size_t found = 0;       // results before merging
-  // From the strategy's start line to the last line of its thread; a strategy says something when it ends,
-  // but for the few early ways out.
+  // From the strategy's start line to the last line of its thread. Strategies log a line at their end, except
+  // where they end early (docs/log-lines.md).
   double milliseconds = 0;
   std::vector<std::string> lines;  // all that its thread logged, in order
 };
@@ -51,8 +51,8 @@ class ScanReporter {
   bool hasLevel_ = false;
 };
 
-// The strategy that found the game first: a line of its thread that says "Found", and ends in the name, " ->
-// " and the path. Empty if no line does.
+// The first strategy with a log line that holds "Found" and the name and ends in " -> " and the path; where
+// no line has the name, the first with such a line for the path. Empty if there is none.
 std::string StrategyThatFound(const ScanReport& report, const std::string& name, const std::string& path);
 
 }  // namespace tarnwick::host

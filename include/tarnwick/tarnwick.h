@@ -69,7 +69,7 @@ extern "C" {
  *
  * `path` names the catalogue file. Null or empty stands for "MasterGameList_decrypted.xml" in the current
  * directory. Where the file doesn't exist, "MasterGameList.xml" in the current directory takes its place,
- * without further word and also for a path of the caller's own.
+ * also for a path of the caller's own; only the log says so.
  *
  * "[]" and 2: no catalogue file, no record in it, nothing found, or a failure. The failure of a single way of
  * finding games never fails the scan: its results are missing, and the log says so.

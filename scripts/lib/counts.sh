@@ -26,8 +26,8 @@ run_check() {
 # googletest_count LOG RESULT: the number in the summary line of one result.
 googletest_count() { sed -n "s/^\[ *$2 *\] \([0-9]*\) test.*/\1/p" "$1" | tail -n 1 | grep . || echo 0; }
 
-# count_googletest NAME LOG STATUS: adds up one program's own counts. A program that ends without its mark has failed,
-# whatever its exit code: a stack overflow can end a Windows program with 0.
+# count_googletest NAME LOG STATUS: adds up one program's own counts. A program without GoogleTest's closing line
+# has failed, whatever its exit code: a stack overflow can end a Windows program with 0.
 count_googletest() {
   local bad
   bad=$(googletest_count "$2" FAILED)

@@ -9,7 +9,7 @@ export WINEARCH=win64
 # The prefix is ours alone, so tests and the desktop builder may write its registry and its drive C:.
 export TARNWICK_THROWAWAY_MACHINE=1
 
-# Says that the prefix was set up and that whoever used it last came to an end, so that nothing was left behind on it.
+# Stands where the prefix is set up and the last script that used it ran to its end, so that it left nothing behind.
 wine_is_clean=$WINEPREFIX/tarnwick-is-clean
 
 display_pid=

@@ -38,8 +38,8 @@ constexpr KindName kKindNames[] = {
     {"BETHESDA", kSourceBethesda},
 };
 
-// `raw` lies in a record, so its closing tag stands behind it: more than the eight bytes that are wanted
-// there.
+// `raw` lies in a record, so the element's closing tag stands behind it: more than the eight readable bytes
+// that AssignElementText asks for.
 void SetField(GameSignature& record, size_t element, std::string_view raw) {
   if (element == kSourceElement) {
     record.SourceKind = ParseSourceKind(NormalizeElementText(raw));
@@ -48,8 +48,8 @@ void SetField(GameSignature& record, size_t element, std::string_view raw) {
   }
 }
 
-// Which element's opening tag followed each one's the last time. A catalogue written by a machine keeps one
-// order, so this tells nearly every next tag; the record's own tag stands for the beginning of a record.
+// By element: whose opening tag came next the last time. A catalogue written by a program keeps one order, so
+// this predicts nearly every tag. The record's own element stands for the record's beginning.
 using Followers = std::array<size_t, kElements.size()>;
 
 // What is known of a record's elements at a point of the pass: bits by element.
@@ -60,8 +60,8 @@ struct RecordState {
   size_t last = kRecordElement;                    // whose opening tag came last
 };
 
-// Calls `visit` for an element and for each whose name its name begins with: the search for any of them stops
-// at a tag of the longest.
+// Calls `visit` for an element and for each whose name its name begins with: a search for any of these names
+// stops at this element's tag.
 template <class Visit>
 void ForEachPrefix(size_t element, Visit visit) {
   for (; element != kNoElement; element = kShorterName[element]) visit(element);
@@ -89,7 +89,7 @@ bool NoteOpening(RecordState& state, size_t element, const char* tag, const char
 }
 
 // Takes the closing tag at `tag` for the element's, if that is open. Kept: a closing tag that stands inside
-// the opening tag does not count.
+// the opening tag does not count (docs/decisions/catalogue-text.md).
 void NoteClosing(RecordState& state, size_t element, const char* tag, GameSignature& record) {
   if ((state.open >> element & 1) == 0 || tag < state.text[element]) return;
   state.open &= ~(1u << element);

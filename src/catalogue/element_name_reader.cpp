@@ -1,4 +1,4 @@
-// Reader: the names of the catalogue's elements, laid out so that one look at a tag tells its name.
+// Reader: the names of the catalogue's elements, laid out to be compared eight bytes at a time.
 #include "catalogue/element_name_reader.h"
 
 #include <bit>

@@ -70,7 +70,7 @@ bool AddWord(Normalizing& normal, std::string_view bytes) {
   if (!IsNormalWord(word, normal.gap || normal.length == 0 ? 0x80 : 0)) return false;
   if (normal.gap) normal.out[normal.length++] = ' ';
   std::memcpy(normal.out + normal.length, bytes.data(), kWordSize);
-  // A blank at the end waits for what follows.
+  // A blank at the word's end is written once another byte follows.
   normal.gap = BlanksIn(word) >> 63 != 0;
   normal.length += kWordSize - (normal.gap ? 1 : 0);
   return true;
@@ -151,8 +151,8 @@ std::string_view Between(const std::string& text, size_t from, size_t to) {
   return std::string_view(text).substr(from, to - from);
 }
 
-// Kept: surrogates and values beyond Unicode's range are written like any other, by the plain table of
-// ranges.
+// Kept: surrogates and values beyond Unicode's range are written like any other, by the plain table of ranges
+// (docs/decisions/catalogue-text.md).
 char* WriteCodePoint(char* out, uint32_t code) {
   const auto write = [&](uint32_t bits) { *out++ = static_cast<char>(static_cast<unsigned char>(bits)); };
   const auto trail = [&](int shift) { write(0x80 | (code >> shift & 0x3F)); };
@@ -214,7 +214,8 @@ void DecodeInPlace(std::string& text) {
 }  // namespace
 
 std::string ExtractElementText(std::string_view block, std::string_view name) {
-  // Kept: no test of what follows the name. The catalogue is written with that in mind.
+  // Kept: no test of what follows the name. The catalogue is written with that in mind
+  // (docs/decisions/catalogue-text.md).
   const size_t open = block.find(Joined({"<", name}));
   if (open == kNone) return {};
   const size_t tagEnd = block.find('>', open);

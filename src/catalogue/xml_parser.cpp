@@ -13,7 +13,8 @@
 namespace tarnwick {
 namespace {
 
-// Kept: these lines bear a mark of their own and no time, unlike those of the log.
+// Kept: these lines bear a mark of their own and no time, unlike those of the log
+// (docs/decisions/log-frames.md).
 void Say(const std::wstring& text) { SendRawDebugText(L"[TarnwickXml] " + text + L"\n"); }
 
 bool IsPlainXml(const std::string& text) {

@@ -81,7 +81,7 @@ void Report(const StrategyTable& table, const IconBuilder& buildIcon) {
   for (const ScanResult& result : unique) ReportResult(++number, result, buildIcon);
 }
 
-// This report's own way of saying it: both as a stream's line and with a timestamp.
+// Logged twice: as a line of the report, and as a line with a time.
 void ReportFailure(const std::string& text) {
   LogStream() << text << "\n";
   LogLine(text);

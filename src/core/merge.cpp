@@ -34,7 +34,8 @@ int SourceRank(const std::string& source) {
 }
 
 // Kept: the two tests aren't symmetric. A Steam result looks at app ids only, so it may stand beside an
-// earlier entry of its path; another result looks at every path, those of Steam entries included.
+// earlier entry of its path; another result looks at every path, those of Steam entries included
+// (docs/decisions/scan-answer.md).
 ScanResults MergeResults(const ScanResults& all) {
   ScanResults unique;
   std::map<std::string, size_t> steam_index;

@@ -21,7 +21,7 @@ void AppendResult(std::wstring& json, const ScanResult& result, const std::strin
 
 }  // namespace
 
-// Kept: one backslash anywhere makes slashes part of the name.
+// Kept: one backslash anywhere makes slashes part of the name (docs/decisions/scan-answer.md).
 std::string ExeFileName(const std::string& exePath) {
   const size_t backslash = exePath.rfind('\\');
   const size_t separator = backslash != std::string::npos ? backslash : exePath.rfind('/');

@@ -19,15 +19,15 @@ namespace {
 constexpr char kStrategyFailed[] = "[Tarnwick] CRITICAL SEH ERROR in Strategy [%s]: 0x%08X\n";
 constexpr char kThreadFailed[] = "[Tarnwick] Thread CRASH (SEH) in strategy %s: 0x%08X\n";
 
-// Straight to the debug output: behind a fault as little as possible should be asked of the process.
+// Straight to the debug output, without an allocation: after a fault the heap can't be relied on.
 void ReportFailure(const char* format, const ScanStrategy* strategy, uint32_t code) {
   char line[256];
   std::snprintf(line, sizeof line, format, strategy != nullptr ? strategy->name.c_str() : "UNKNOWN", code);
   SendRawDebugText(line);
 }
 
-// Handling a stack overflow takes stack itself, more than the one page that is left by default: without this
-// reserve the thread, or the process, would end without a word.
+// Handling a stack overflow takes stack itself, more than the page or two that are left by default: without
+// this reserve the thread, or the process, would end without a log line (docs/decisions/stack-reserve.md).
 void ReserveStackForTheGuard() {
   ULONG bytes = 64 * 1024;
   SetThreadStackGuarantee(&bytes);
@@ -51,7 +51,7 @@ void Launch(Level& level, const ScanStrategy& strategy, const GameList& pending,
   try {
     const auto result = std::make_shared<ThreadResult>();
     result->strategyName = strategy.name;
-    // The entry stands before the thread does: a strategy that can't be started still has its finish line.
+    // The entry is made before the thread: a strategy that can't be started has its finish line too.
     level.results.push_back(result);
     level.threads.push_back(start(&strategy, &pending, result));
   } catch (const std::exception& error) {
@@ -66,7 +66,8 @@ void Join(std::thread& thread) {
     if (thread.joinable()) thread.join();
   } catch (...) {
     LogLine("Error joining thread");
-    // A joinable thread object must not be destroyed, or the process ends: this one is given up for good.
+    // This thread object is leaked on purpose: destroying a joinable one would terminate the process
+    // (docs/decisions/failed-join.md).
     static_cast<void>(std::make_unique<std::thread>(std::move(thread)).release());
   }
 }

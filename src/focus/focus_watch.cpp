@@ -21,8 +21,8 @@ struct ModuleTraits {
 };
 using ModuleReference = Owner<ModuleTraits>;
 
-// An object that static destruction leaves alone. A joinable thread object ends the process when it is
-// destroyed, and a host that exits with a watch running must not be punished for it.
+// An object that static destruction leaves alone. Destroying a joinable thread object terminates the process,
+// and a host may exit while a watch runs.
 template <class T>
 union Immortal {
   T object;
@@ -32,8 +32,7 @@ union Immortal {
 
 std::atomic<TarnwickFocusCallback> g_focusCallback = nullptr;  // relaxed throughout: a plain store and load
 std::atomic<bool> g_focusRunning = false;
-// False while a new thread is on its way into g_focusThread: a stop from within its first callback must find
-// it there.
+// False until g_focusThread holds a new thread: a stop from within its first callback must find it there.
 std::atomic<bool> g_focusHandedOver = true;
 Immortal<std::thread> g_focusThread;
 Immortal<ModuleReference> g_focusModule;  // keeps the thread's code mapped, whatever the host unloads
@@ -92,8 +91,8 @@ void StartThrowing(int32_t interval, const FocusCalls& calls) {
   constexpr int32_t kShortest = 50;
   constexpr int32_t kUsual = 200;
   if (g_focusRunning.load()) return;
-  // What a stop from within the callback left behind; setting the flag first would call the old thread back
-  // to life.
+  // Joins the thread of a watch that was stopped from within its callback. With the flag set first, that
+  // thread would go on polling.
   if (g_focusThread.object.joinable() && !OnStoppedWatch()) JoinWatch();
   if (g_focusRunning.exchange(true) || g_focusThread.object.joinable()) return;
   ModuleReference module = ThisModule();

@@ -34,7 +34,7 @@ LogStream::~LogStream() {
     const std::string text = str();
     if (!text.empty()) OutputDebugStringA(("[Tarnwick] " + text).c_str());
   } catch (...) {
-    // A destructor must not throw; without memory for the line there is nobody to tell.
+    // A destructor must not throw: without memory for the line, the line is lost.
   }
 }
 

@@ -113,7 +113,8 @@ std::wstring ReadRegString(const RegistryKey& key, const wchar_t* valueName) {
   if (valueName == nullptr) return {};
   const std::optional<RegistryValue> value = ReadTextValue(key, valueName, kLargest);
   if (!value) return {};
-  // Kept: unlike the strategies' texts, an odd last byte makes a unit of its own.
+  // Kept: unlike the strategies' texts, an odd last byte makes a unit of its own
+  // (docs/decisions/registry-lookups.md).
   std::wstring text(value->bytes.size() / sizeof(wchar_t) + 1, L'\0');
   std::memcpy(text.data(), value->bytes.data(), value->bytes.size());
   // A value may lack its terminator, or hold more behind it.

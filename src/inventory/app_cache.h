@@ -35,7 +35,7 @@ int32_t ReadRegDword(const RegistryKey& key, const wchar_t* valueName);
 // Reads one application. False if the key describes none: a system component, or without a display name.
 bool ReadAppRecord(const RegistryKey& key, AppRecord& record);
 
-// What ScanKey asks for, as data, so that a test can fail each of it.
+// The calls that ScanKey makes, as data, so that a test can let each of them fail.
 struct ScanCalls {
   SubkeyList (*listSubkeys)(const RegistryKey& key);
   bool (*readRecord)(const RegistryKey& key, AppRecord& record);

@@ -77,7 +77,7 @@ AppRecord* FindApp(AppRecords& records, const GameQuery& query, std::wstring& fo
 // The existing file that the record's icon or uninstaller names; empty if there is none.
 std::wstring KnownFileOf(const AppRecord& record) {
   if (!record.DisplayIcon.empty()) {
-    // Kept: any comma counts, also one in a folder's name.
+    // Kept: any comma counts, also one in a folder's name (docs/decisions/icon-lookups.md).
     const std::wstring file =
         ExtractPathFromCommand(record.DisplayIcon.substr(0, record.DisplayIcon.rfind(L',')));
     if (ShellPathExists(file)) return file;
@@ -103,7 +103,8 @@ std::wstring PageExecutable(const AppRecord& record) {
   if (!NamesExecutable(record.DisplayIcon)) return {};
   std::wstring executable = record.DisplayIcon;
   if (executable.ends_with(L",0")) executable.resize(executable.size() - 2);
-  // Kept: quotes stay here, and so do other indices; only the full list takes them off.
+  // Kept: quotes and other indices stay here; only the full list takes them off
+  // (docs/decisions/list-icon-index.md).
   return NamesUninstaller(executable) ? std::wstring() : executable;
 }
 

@@ -20,9 +20,8 @@ using IconLoader = void(AppRecord& record);
 std::vector<AppRecord*> FilterApps(AppRecords& records, const wchar_t* filter);
 
 // What the paged and the full list show as an application's executable, from its DisplayIcon; empty if that
-// names no
-// ".exe" or an uninstaller. They differ: the page takes off ",0" only and leaves quotes, the full list takes
-// off quotes and any short index.
+// holds no ".exe", or names an uninstaller. They differ: the page takes off ",0" alone and leaves quotes, the
+// full list takes off quotes and any short index.
 std::wstring PageExecutable(const AppRecord& record);
 std::wstring ListExecutable(const AppRecord& record);
 

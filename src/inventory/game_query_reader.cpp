@@ -19,7 +19,8 @@ size_t Behind(size_t position) { return position == kNone ? kNone : position + 1
 std::wstring JsonStringValue(std::wstring_view object, std::wstring_view key) {
   std::wstring quoted = L"\"";
   quoted.append(key).append(L"\"");
-  // Kept: the colon is looked for from the key's own start, so one inside of the key counts.
+  // Kept: the colon is looked for from the key's own start, so one inside of the key counts
+  // (docs/decisions/json-text.md).
   const size_t colon = FindFrom(object, L':', object.find(quoted));
   const size_t first = Behind(FindFrom(object, L'"', colon));
   const size_t last = FindFrom(object, L'"', first);
@@ -34,7 +35,8 @@ std::vector<GameQuery> ParseGameQueryList(const std::wstring& text) {
     const size_t begin = FindFrom(view, L'{', cursor);
     const size_t end = FindFrom(view, L'}', begin);
     if (end == kNone) return queries;
-    // Kept: nested objects are not understood; the first closing brace ends the object.
+    // Kept: nested objects are not understood; the first closing brace ends the object
+    // (docs/decisions/json-text.md).
     const std::wstring_view object = view.substr(begin, end - begin + 1);
     GameQuery query{JsonStringValue(object, L"name"), JsonStringValue(object, L"exeName"),
                     JsonStringValue(object, L"exePath")};

@@ -38,7 +38,7 @@ ComPointer<IImageList> LargestImageList() {
   for (const int size : {SHIL_JUMBO, SHIL_EXTRALARGE}) {
     if (SUCCEEDED(SHGetImageList(size, __uuidof(IImageList), reinterpret_cast<void**>(list.Receive()))))
       return list;
-    // What a failed call leaves in the pointer is nobody's.
+    // A failed call may leave anything in the pointer; none of it is ours to release.
     list.Release();
   }
   return list;
@@ -68,8 +68,8 @@ Icon LoadIconImage(const std::wstring& path, int size) {
   return Icon(static_cast<HICON>(LoadImageW(nullptr, path.c_str(), IMAGE_ICON, size, size, LR_LOADFROMFILE)));
 }
 
-// The decoders of icon resources read mapped files, and some fault on a file that is cut short or lies about
-// its sizes. That costs the file its icon and nobody else anything.
+// The decoders of icon resources read mapped files, and some fault on a file that is cut short or has false
+// sizes in it. A fault counts as no icon (docs/decisions/icon-decoder-faults.md).
 template <auto call, class... Arguments>
 Icon Guarded(Arguments... arguments) {
   Icon icon;

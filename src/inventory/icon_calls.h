@@ -1,5 +1,5 @@
 #pragma once
-// The calls that icons come from, as data, so that a test can count them and fail each of them.
+// The calls that icons come from, as data, so that a test can count them and let each of them fail.
 
 #include "foundation/owner.h"
 

@@ -46,7 +46,8 @@ double ScoreOf(const WIN32_FIND_DATAW& file) {
 }
 
 void ConsiderFile(const std::wstring& folder, const WIN32_FIND_DATAW& file, Best& best) {
-  // Kept: the skip words are for folders, so an installer's own executable takes part like any other.
+  // Kept: the skip words are for folders, so an installer's own executable takes part like any other
+  // (docs/decisions/icon-lookups.md).
   if (_wcsicmp(PathFindExtensionW(file.cFileName), L".exe") != 0) return;
   const double score = ScoreOf(file);
   if (score > best.score) best = {JoinWidePath(folder, file.cFileName), score};
@@ -105,7 +106,7 @@ IconReference ParseIconReference(const std::wstring& text) {
     reference.path = text.substr(1, closing - 1);
     if (closing + 1 < text.size()) {
       if (text[closing + 1] == L',') reference.index = _wtoi(text.c_str() + closing + 2);
-      // Kept: variables are expanded only where the quote closes the text.
+      // Kept: variables are expanded only where the quote closes the text (docs/decisions/icon-lookups.md).
       return reference;
     }
   } else if (const size_t comma = text.rfind(L','); comma != std::wstring::npos) {
@@ -169,10 +170,11 @@ std::wstring MendSecondColon(const std::wstring& path) {
 Icon LoadIconFromFile(const std::wstring& path, int index, const IconCalls& calls) {
   if (path.empty()) return Icon();
   const std::wstring file = MendSecondColon(path);
-  // Kept: anywhere in the path, so an executable in a folder named "x.icons" counts as an .ico file, too.
+  // Kept: anywhere in the path, so an executable in a folder named "x.icons" counts as an .ico file, too
+  // (docs/decisions/icon-lookups.md).
   if (ContainsNoCase(file, {L".ico"})) return LoadIcoFile(file, calls);
   for (const int size : {256, 128, 48}) {
-    // Kept: a negative index becomes 0 here alone.
+    // Kept: a negative index becomes 0 here alone (docs/decisions/icon-lookups.md).
     if (Icon icon = calls.privateExtract(file, index < 0 ? 0 : index, size)) return icon;
   }
   if (Icon icon = calls.systemImageList(file)) return icon;

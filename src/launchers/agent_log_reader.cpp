@@ -21,8 +21,9 @@ bool TakeRequest(const std::string& line, std::string& gameId) {
   return true;
 }
 
-// Leaves the next line with a brace in `line`, cut to begin there. Kept: whatever stands before it is passed
-// over, even other requests, whose products are lost.
+// Reads up to the next line that holds a brace, and leaves that line in `line` from the brace on. Kept: lines
+// before it are passed over, other requests among them, whose products are lost
+// (docs/decisions/launcher-texts.md).
 bool FindBlock(std::istream& log, std::string& line) {
   while (std::getline(log, line)) {
     const size_t brace = line.find('{');

@@ -17,7 +17,7 @@ const std::string kCoreRoot = R"(HKEY_LOCAL_MACHINE\SOFTWARE\Perfect World Enter
 
 void AppendEntry(std::vector<ArcGameEntry>& entries, const std::string& name) {
   const RegistryValues record = EnumRegistryValues(kCoreRoot + name, RegistryView::k32);
-  // Kept: InstallPath must be there, though nothing needs it afterwards.
+  // Kept: InstallPath must be there, though nothing needs it afterwards (docs/decisions/launcher-records.md).
   if (!HasValues(record, {"Client", "InstallPath"})) return;
   const std::string client = FullPath(StripOuterQuotes(ValueOrEmpty(record, "Client")));
   if (!FileExists(client)) return;
@@ -27,7 +27,7 @@ void AppendEntry(std::vector<ArcGameEntry>& entries, const std::string& name) {
 
 ScanResult ResultOf(const ArcGameEntry& entry, const GameSignature* signature) {
   ScanResult result;
-  // Kept: the signature's name counts even where it is empty.
+  // Kept: the signature's name counts even where it is empty (docs/decisions/launcher-records.md).
   result.name = signature == nullptr ? entry.subKeyName : signature->DisplayName;
   result.exePath = entry.clientPath;
   if (signature != nullptr) result.launchUrl = signature->LaunchUrl;

@@ -63,7 +63,8 @@ std::string FindByCatalogue(const std::string& installPath, const GameSignature&
   std::vector<std::string> candidates;
   AppendCandidates(candidates, installPath, signature.DefaultExe, GetDefaultFolderExe(signature));
   AppendCandidates(candidates, installPath, signature.DefaultExe32, signature.DefaultFolderExe32);
-  // Kept: the 64-bit executable goes with the plain folders, not with DefaultFolderExe64.
+  // Kept: the 64-bit executable goes with the plain folders, not with DefaultFolderExe64
+  // (docs/decisions/catalogue-fields.md).
   AppendCandidates(candidates, installPath, signature.DefaultExe64, signature.DefaultFolderExe);
   if (const std::string exe = GetDefaultExe(signature); !exe.empty()) {
     candidates.push_back(CombinePath(installPath, exe));
@@ -122,7 +123,7 @@ std::vector<BattleNetGameEntry> GetBattleNetGamesFromLogs(const std::string& com
         if (seen.insert(ToLowerBytes(entry.gameId)).second) entries.push_back(std::move(entry));
       }
     }
-    // Only now: a product beyond the limit stays out even if an earlier one proves to be gone.
+    // The limit comes before all tests: the 21st product stays out even if an earlier one proves to be gone.
     if (entries.size() > kMostProducts) entries.resize(kMostProducts);
   });
   return entries;
@@ -143,7 +144,7 @@ std::string GetExeProductName(const std::string& path) {
     const std::string product = NarrowVersionText(block, *table, "ProductName").value_or(name);
     if (!NamesSetup(product)) name = product;
   } catch (...) {
-    // The name so far, or the file's own, is as good as any.
+    // The name so far is returned; for an empty one the caller takes the file's name.
   }
   return name;
 }

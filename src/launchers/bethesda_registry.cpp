@@ -36,8 +36,8 @@ void AppendEntry(std::vector<BethesdaGameEntry>& entries, const std::string& key
                      StripOuterQuotes(ValueOrEmpty(record, "DisplayIcon")), key, "Path"});
 }
 
-// Nothing for a title without a signature, or whose executable isn't there. There are many of them, so no
-// line says so.
+// Nothing for a title without a signature, or whose executable isn't there. Such titles are not logged: there
+// are many.
 std::optional<ScanResult> Resolve(const BethesdaGameEntry& entry, const SignatureIndex& signatures) {
   if (!ExistsOrThrow(entry.installPath)) return std::nullopt;
   const GameSignature* signature = FindSignature(signatures, BuildBethesdaRunUri(entry.productId));
@@ -78,7 +78,7 @@ std::string BuildBethesdaRunUri(const std::string& productId) { return "bethesda
 
 ScanResults BethesdaRegistrySearch(const GameList& games, const std::string&) {
   LogStream() << kPrefix << " Starting Bethesda Registry Search...\n";
-  // Kept: neither of the two early ways out writes the completion line.
+  // Kept: neither of the two early ways out writes the completion line (docs/decisions/log-frames.md).
   if (!IsBethesdaLauncherInstalled()) {
     LogStream() << kPrefix << " Bethesda launcher not installed.\n";
     return {};

@@ -36,7 +36,8 @@ UninstallIndex ReadUninstallIndex() {
 }
 
 void AppendEntry(std::vector<EaGameEntry>& entries, const std::string& guid, const RegistryValues& record) {
-  // Kept: an icon index behind the path stays, so a text that has one names no existing file.
+  // Kept: an icon index behind the path stays, so a text that has one names no existing file
+  // (docs/decisions/launcher-records.md).
   const std::string icon = StripOuterQuotes(ValueOrEmpty(record, "DisplayIcon"));
   const std::string displayName = ValueOrEmpty(record, "DisplayName");
   if (icon.empty() || !FileExists(icon) || displayName.empty()) return;

@@ -39,8 +39,8 @@ std::vector<std::string> CandidatesBesideFolder(const std::string& installLocati
   const size_t separator = path.find_first_of("\\/");
   const std::string rest = separator == std::string::npos ? std::string() : path.substr(separator + 1);
   std::vector<std::string> candidates;
-  // Kept: the plain field loses the folder that has just been matched, the 32-bit field keeps all of its
-  // text.
+  // Kept: the plain field loses the folder that has just been matched, the 32-bit field keeps all of its text
+  // (docs/decisions/catalogue-fields.md).
   if (!rest.empty()) candidates.push_back(CombinePath(parent, rest));
   if (!signature.DefaultFolderExe32.empty()) {
     candidates.push_back(CombinePath(parent, TrimLeadingSeparators(signature.DefaultFolderExe32)));

@@ -31,7 +31,8 @@ void TakeBlock(Blocks& blocks) {
 
 void TakeByte(Blocks& blocks, char byte) {
   if (byte == '{') {
-    // Kept: nested braces clear the buffer too, so what a block says before its last nested object is lost.
+    // Kept: nested braces clear the buffer too, so what a block says before its last nested object is lost
+    // (docs/decisions/json-text.md).
     ++blocks.openBraces;
     blocks.buffer = byte;
     return;

@@ -1,5 +1,5 @@
 #pragma once
-// Games of the itch.io app; its database is out of reach, so nothing is ever found.
+// Games of the itch.io app. Its database is SQLite, which this library can't read, so nothing is ever found.
 
 #include "matching/scan_result.h"
 

@@ -54,13 +54,13 @@ std::string JsonFindNextQuoted(std::string_view text, std::string_view key) {
   return end == kNone ? std::string() : std::string(text.substr(quote + 1, end - quote - 1));
 }
 
-// As JsonFindString up to the value's start.
+// The value is looked for as JsonFindString does.
 bool JsonFindBool(std::string_view text, std::string_view key) {
   const size_t colon = JsonFindColon(text, key);
   return colon != kNone && text.substr(JsonSkipBlanks(text, colon + 1)).starts_with("true");
 }
 
-// As JsonFindString up to the value's start, and for each element from its opening quote on.
+// The list is looked for as JsonFindString looks for a value.
 std::vector<std::string> JsonFindStringArray(std::string_view text, std::string_view key) {
   const size_t colon = JsonFindColon(text, key);
   if (colon == kNone) return {};
@@ -70,9 +70,9 @@ std::vector<std::string> JsonFindStringArray(std::string_view text, std::string_
   if (close == kNone) return {};
   const std::string_view inner = text.substr(open + 1, close - open - 1);
   std::vector<std::string> elements;
-  // Kept: the first step takes double quotes for separators too, the opening quote among them, so the quote
-  // asked for behind it is never there and no element is ever cut out. No category filters a game, and none
-  // must.
+  // Kept: the first step takes the opening double quote for a separator and steps over it, so the test for a
+  // quote behind it always fails and the list stays empty. So no category filters a game
+  // (docs/decisions/json-text.md).
   for (size_t at = 0; (at = inner.find_first_not_of(" \t\n\r,\"", at)) != kNone;) {
     at = inner.find_first_not_of(" \t\n\r,", at);
     if (at == kNone || inner[at] != '"') break;
@@ -84,15 +84,15 @@ std::vector<std::string> JsonFindStringArray(std::string_view text, std::string_
   return elements;
 }
 
-// Unlike its sisters it doesn't ask what stands between the colon and the bracket.
+// Unlike JsonFindStringArray it accepts anything between the colon and the bracket.
 std::vector<std::string_view> JsonFindObjectArray(std::string_view text, std::string_view key) {
   const size_t colon = JsonFindColon(text, key);
   const size_t open = colon == kNone ? kNone : text.find('[', colon);
   if (open == kNone) return {};
   std::vector<std::string_view> objects;
   std::optional<size_t> start;
-  int64_t depth =
-      0;  // below 0 where braces close that never opened: as many must open again before an object begins
+  // Below 0 after closing braces that were never opened: as many must open before an object begins again.
+  int64_t depth = 0;
   for (size_t at = open + 1; at < text.size(); ++at) {
     const char byte = text[at];
     if (byte == '{') {

@@ -4,9 +4,8 @@
 // empty.
 //
 // Two rules for a string's value are in use, and the launchers differ in which they follow:
-//   JsonFindString      the value must follow the colon, but for white space, and an escaped quote doesn't
-//   end it JsonFindNextQuoted  whatever stands in quotes next behind the colon, be it a later key, up to the
-//   next quote
+// - JsonFindString: the value must follow the colon, but for white space; an escaped quote doesn't end it.
+// - JsonFindNextQuoted: what stands between the next two quotes behind the colon, even if that is a later key.
 
 #include <cstddef>
 #include <string>
@@ -23,7 +22,8 @@ size_t JsonFindColon(std::string_view text, std::string_view key);
 size_t JsonSkipBlanks(std::string_view text, size_t at);
 
 // The closing quote of a string whose content starts at `start`, npos if it isn't closed. Kept: only the one
-// byte before a quote is looked at, so a value that ends in an escaped backslash runs on to the next quote.
+// byte before a quote is looked at, so a value that ends in an escaped backslash runs on to the next quote
+// (docs/decisions/json-text.md).
 size_t JsonFindClosingQuote(std::string_view text, size_t start);
 
 // The text between the quotes as it stands, doubled backslashes included. Empty for a number, null, array or
@@ -35,7 +35,7 @@ std::string JsonFindNextQuoted(std::string_view text, std::string_view key);
 // True only for a value that begins with the bytes "true".
 bool JsonFindBool(std::string_view text, std::string_view key);
 
-// Always empty: see the function.
+// Always empty; docs/decisions/json-text.md tells why.
 std::vector<std::string> JsonFindStringArray(std::string_view text, std::string_view key);
 
 // Each object of the array behind the key, as a view into `text`. Braces and brackets inside strings count

@@ -53,7 +53,7 @@ std::map<std::string, MihoyoGameEntry> ReadEntriesByGameBiz() {
     for (MihoyoGameEntry& entry : ReadRoot(root, appData))
       entries.try_emplace(entry.gameBiz, std::move(entry));
   }
-  // Kept: the standalone root's files are read and contribute nothing.
+  // Kept: the standalone root's files are read and contribute nothing (docs/decisions/launcher-records.md).
   ReadRoot(2, appData);
   return entries;
 }
@@ -96,7 +96,7 @@ std::vector<std::string> GetGameDataPaths(int root, const std::string& appData) 
     if (!IsDirectoryOrThrow(folder)) return;
     ForEach(WalkFilesDeep(folder, IsGameData), [&](const FolderEntry& file) {
       const std::string path = WideToUtf8(file.path);
-      // What belongs to the standalone root is that root's alone.
+      // Files below a standalone folder belong to root 2.
       if (root == 1 && path.find("standalone") != std::string::npos) return;
       paths.push_back(path);
     });

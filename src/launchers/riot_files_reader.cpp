@@ -15,7 +15,7 @@ std::string ReadYamlInstallPath(std::istream& yaml, const std::string& path) {
   LogExceptions("[RiotPlatformSearch] Error reading YAML file (" + path + "): ", [&] {
     for (std::string line; std::getline(yaml, line);) {
       if (line.find("product_install_full_path:") == std::string::npos) continue;
-      // Kept: the colon is the line's first, not the key's own.
+      // Kept: the colon is the line's first, not the key's own (docs/decisions/launcher-texts.md).
       folder = TrimCharacters(line.substr(line.find(':') + 1), " \t\"");
       break;
     }

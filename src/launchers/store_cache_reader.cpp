@@ -8,9 +8,9 @@ namespace {
 
 constexpr size_t kNone = std::string_view::npos;
 
-// From the next opening brace to the closing one behind it, and takes all that from the text. Empty, and so
-// is the text, if there is none. Kept: an object ends at the first closing brace, be it that of an object
-// inside.
+// Takes the next object, from its opening brace to the first closing one behind it, off the text. Both are
+// empty if there is none. Kept: the first closing brace ends an object, even if it is that of an object
+// inside (docs/decisions/json-text.md).
 std::string_view TakeObject(std::string_view& text) {
   const size_t start = text.find('{');
   const size_t end = start == kNone ? kNone : text.find('}', start);

@@ -9,9 +9,10 @@
 
 namespace tarnwick {
 
-using CategoryCache = std::map<std::string, std::string>;  // package family name -> Store product id
-using EntitlementsCache =
-    std::map<std::string, std::string>;  // Store product id -> product kind, such as "Game"
+// Package family name -> Store product id.
+using CategoryCache = std::map<std::string, std::string>;
+// Store product id -> product kind, such as "Game".
+using EntitlementsCache = std::map<std::string, std::string>;
 
 struct FulfillmentData {
   std::string productId;

@@ -1,5 +1,5 @@
 #pragma once
-// Games of the Twitch app; its database is out of reach, so nothing is ever found.
+// Games of the Twitch app. Its database is SQLite, which this library can't read, so nothing is ever found.
 
 #include "matching/scan_result.h"
 
@@ -13,7 +13,7 @@ struct TwitchGameRow {
   std::string name;
   std::string path;
   std::string sourceText;
-  std::string unused;  // a column that no result shows
+  std::string unused;  // a column of the database that no result uses
 };
 
 // Empty if the shell doesn't tell the machine's application data folder.

@@ -54,7 +54,8 @@ void SetRelative(ReadState& state, std::string_view line) {
   if (UplayExecutable* entry = NewestEntry(state)) entry->relative = LineValue(line);
 }
 
-// Kept: the registry text stands in for a relative path until a line gives one.
+// Kept: the registry text stands in for a relative path until a line gives one
+// (docs/decisions/launcher-texts.md).
 void SetRegister(ReadState& state, std::string_view line) {
   UplayExecutable* entry = NewestEntry(state);
   if (entry == nullptr) return;

@@ -18,7 +18,7 @@ struct UplayExecutable {
 struct UplayConfigRecord {
   std::string name;
   std::string installId;  // decimal digits
-  std::string unused;     // kept for the record's shape; nothing fills or reads it
+  std::string unused;     // nothing fills or reads it
   std::vector<UplayExecutable> onlineExecutables;
   std::vector<UplayExecutable> offlineExecutables;
 };

@@ -13,7 +13,7 @@ struct UwpPackage {
   std::string packageFamilyName;  // name_publisher
   std::string displayName;        // empty if only a resource knows it
   std::string publisher;          // as the manifest shows it
-  std::string installedLocation;  // the package's folder; empty if nobody says
+  std::string installedLocation;  // the package's folder; empty if the registry doesn't tell it
   bool isExcluded = false;        // a framework or resource package: never a game
 };
 

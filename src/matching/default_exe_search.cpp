@@ -29,7 +29,7 @@ void Append(std::vector<std::string>& paths, const std::vector<std::string>& mor
 std::string BelowProgramFiles(const std::string& path, const std::string& driveRoot) {
   const size_t colon = path.find(':');
   if (colon == std::string::npos || colon + 1 == path.size()) return {};
-  // The root ends in a backslash: the doubled one goes when the full path is asked for.
+  // The root ends in a backslash, so this doubles it; FullPath makes it a single one again.
   return driveRoot + "\\Program Files\\" + TrimLeadingSeparators(path.substr(colon + 1));
 }
 
@@ -85,7 +85,7 @@ std::vector<std::string> BuildDriveCandidates(const GameSignature& signature, co
     Append(candidates, BuildFolderCandidates(path, SplitPipeList(list)));
   };
   // The path stays that of the default executable: only the lists differ. Kept: the 64-bit executable goes
-  // with the plain list.
+  // with the plain list (docs/decisions/catalogue-fields.md).
   appendList(signature.DefaultExe32, signature.DefaultFolderExe32);
   appendList(signature.DefaultExe64, signature.DefaultFolderExe);
   return candidates;

@@ -1,4 +1,4 @@
-// Edge: the log lines that all strategies share.
+// Edge: the log lines that most strategies share.
 #include "matching/found_report.h"
 
 #include "foundation/log.h"

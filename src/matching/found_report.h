@@ -1,5 +1,6 @@
 #pragma once
-// What every strategy says of its findings, behind its own bracketed prefix.
+// The Found and completion lines of the strategies. Default Registry Scan has a form of its own for both, and
+// Steam Games Scan, Steam AppInfo Scan and the Store scan have one for some of their Found lines.
 
 #include "matching/scan_result.h"
 

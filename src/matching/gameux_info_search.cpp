@@ -19,7 +19,8 @@ void AddSubkey(const std::string& subkey, GameUxEntries& entries) {
   entry.applicationId = subkey;
   const RegistryValues values = EnumRegistryValues(entry.keyPath, RegistryView::k32);
   entry.appExePath = ValueOrEmpty(values, "AppExePath");
-  // Kept: found by this exact name alone. An entry that spells it "ConfigGDFBinaryPath" has none here.
+  // Kept: found by this exact name alone. An entry that spells it "ConfigGDFBinaryPath" has none here
+  // (docs/decisions/letter-case.md).
   entry.configGdfBinaryPath = ValueOrEmpty(values, "ConfigGdfBinaryPath");
   entries[subkey] = entry;
 }

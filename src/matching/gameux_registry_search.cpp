@@ -53,7 +53,8 @@ GameUxEntries ReadEntriesOrNone() {
 }
 
 void FindGame(const GameSignature& signature, const GameUxEntries& entries, ScanResults& results) {
-  // Kept: case counts. The catalogue writes its GUIDs as the registry's are written.
+  // Kept: case counts. The catalogue writes its GUIDs as the registry's are written
+  // (docs/decisions/letter-case.md).
   const auto entry = entries.find(signature.GameGUID);
   if (entry == entries.end()) return;
   // The file may have gone since the list was read.
@@ -82,7 +83,7 @@ void ReadGameUxSubkey(const std::string& listKey, const std::string& subkey, Gam
   try {
     AddSubkey(listKey + subkey, entries);
   } catch (...) {
-    // A subkey that can't be read costs that subkey alone, and nothing is said about it.
+    // A subkey that can't be read costs that subkey alone, and is not logged.
   }
 }
 

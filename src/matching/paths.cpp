@@ -11,7 +11,8 @@
 namespace tarnwick {
 namespace {
 
-// Kept: the test is for WOW64, not for a 64-bit Windows. A 64-bit build never takes the 64 field.
+// Kept: the test is for WOW64, not for a 64-bit Windows. A 64-bit build never takes the 64 field
+// (docs/decisions/catalogue-fields.md).
 const std::string& PickField(const std::string& plain, const std::string& for32, const std::string& for64) {
   if (!plain.empty()) return plain;
   if (!for64.empty() && RunsUnderWow64()) return for64;
@@ -70,7 +71,8 @@ std::string GetDefaultFolderExe(const GameSignature& signature) {
 std::string ExpandPathTokens(const std::string& text) {
   if (text.empty()) return {};
   std::string expanded = text;
-  // Kept: the first token has 14 characters and 15 are replaced, so the character behind it goes with it.
+  // Kept: the first token has 14 characters and 15 are replaced, so the character behind it goes with it
+  // (docs/decisions/install-paths.md).
   ReplaceToken(expanded, "%ProgramFiles%", 15, KnownFolder::kProgramFiles);
   ReplaceToken(expanded, "%ProgramFiles(x86)%", 19, KnownFolder::kProgramFilesX86);
   return ExpandNarrowVariables(expanded);
@@ -137,7 +139,8 @@ std::string ResolveExeFromInstallText(const std::string& text, const GameSignatu
     const bool hasExtension = !GetExtension(token).empty();
     const bool isFile = FileExists(token);
     if (hasExtension && isFile && ContainsIgnoreCase(token, signature.DefaultExe)) return token;
-    // Kept: a folder with a dot in its name never serves as a folder, while an existing file does.
+    // Kept: a text that looks like a file's, with a dot in it, and isn't one is passed over. So a folder with
+    // a dot in its path never serves as a folder (docs/decisions/install-paths.md).
     if (hasExtension && !isFile) continue;
     const std::string exe = FirstExistingDefaultExe(token, signature);
     if (!exe.empty()) return exe;

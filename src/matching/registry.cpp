@@ -12,7 +12,9 @@ namespace {
 
 struct Hive {
   RegistryRoot root;
-  size_t cut;  // where the subkey text begins: kept, the first hive's cut drops the character behind its name
+  // Where the subkey's text begins. Kept: the first hive's cut drops the character behind its name, whatever it
+  // is (docs/decisions/registry-lookups.md).
+  size_t cut;
 };
 
 constexpr Hive kHives[] = {{RegistryRoot::kLocalMachine, 19},
@@ -124,7 +126,7 @@ std::string FindInstallValueByDisplayName(const GameSignature& signature, const 
   std::string subkey;
   if (!ParseRegistryPath(keyText, root, subkey)) return {};
   // Kept: the names are looked up beside the key's last component, and below the key only where the text ends
-  // in a backslash.
+  // in a backslash (docs/decisions/registry-lookups.md).
   const size_t lastSeparator = keyText.rfind('\\');
   const std::string prefix =
       lastSeparator == std::string::npos ? keyText + '\\' : keyText.substr(0, lastSeparator + 1);

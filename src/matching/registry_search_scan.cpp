@@ -52,7 +52,7 @@ void AddBitnessExe(SortedPaths& paths, const std::string& base, const std::strin
 
 bool IsTested(const GameSignature& signature) {
   if (signature.RegistryKey.empty() || signature.RegistryPathKeyName.empty()) return false;
-  // A Steam game without a launch URL is nobody else's, so it is tested here.
+  // A Steam record is left to Steam's strategies, unless it has no launch URL.
   return signature.SourceKind != kSourceSteam || signature.LaunchUrl.empty();
 }
 
@@ -78,7 +78,8 @@ void FindGame(const GameSignature& signature, const std::string& userSid, ScanRe
 }  // namespace
 
 std::string ResolveRegistrySearchExe(const std::string& text, const GameSignature& signature) {
-  // Kept: the paths are tried in the order of their bytes, not in the order in which the fields add them.
+  // Kept: the paths are tried in the order of their bytes, not in the order in which the fields add them
+  // (docs/decisions/install-paths.md).
   SortedPaths paths;
   std::string base = text;
   if (!GetExtension(text).empty()) {

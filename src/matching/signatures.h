@@ -1,5 +1,5 @@
 #pragma once
-// What the strategies share in going through the signatures.
+// What the strategies share that test the catalogue's records one by one.
 
 #include "catalogue/game_signature.h"
 #include "foundation/log.h"

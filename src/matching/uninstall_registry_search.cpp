@@ -25,7 +25,7 @@ std::string LastFolderSegment(const std::string& defaultFolder) {
   return separator == std::string::npos ? std::string() : folder.substr(separator + 1);
 }
 
-// The install folder in the role of a drive's root.
+// The default folder and its last segment, each put below the install folder as if that were a drive's root.
 std::vector<std::string> DefaultFolderCandidates(const std::string& folder, const GameSignature& signature) {
   const std::string defaultFolder = GetDefaultFolder(signature);
   const std::string exe = GetDefaultExe(signature);

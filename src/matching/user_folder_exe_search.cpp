@@ -22,7 +22,7 @@ std::string SystemDrive() {
   return drive.empty() ? "C:" : drive;
 }
 
-// Kept: case counts, so a profile named "default" is one.
+// Kept: case counts, so a profile named "default" is one (docs/decisions/letter-case.md).
 bool IsUserName(const std::wstring& name) {
   return name != L"Public" && name != L"Default" && name != L"Default User";
 }

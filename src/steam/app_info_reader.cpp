@@ -43,16 +43,16 @@ bool ReadNumber(std::istream& stream, Number& number) {
   return true;
 }
 
-// The bytes up to a NUL. A text that the stream's end cuts short is kept as it came, and fails the stream as
-// one does that isn't there at all.
+// The bytes up to a NUL. A text that the end of the stream cuts short is kept as far as it came; it sets the
+// stream's fail state, as a missing text does.
 void ReadTableText(std::istream& stream, std::string& text) {
   std::getline(stream, text, '\0');
   if (stream.eof()) stream.setstate(std::ios::failbit);
 }
 
 // The room for all entries is asked for first, so that a count beyond memory fails at once. Texts that are
-// missing count as empty ones but are not stored, and their room is given back: a stream that couldn't give
-// them is failed for good, so nothing will ever be looked up in this table.
+// missing are not stored, and their room is given back: the stream stays in its fail state then, so no app
+// can be read and no key name is looked up (docs/decisions/appinfo-string-count.md).
 void ReadStringTable(SteamAppInfoReader& reader, std::istream& stream) {
   uint32_t count = 0;
   ReadNumber(stream, count);
@@ -124,14 +124,17 @@ void SkipPayload(ByteCursor& cursor, unsigned char type) {
     case kInt32:
       return SkipIfThere(cursor, 4);
     case kFloat:
-      // Kept: unlike the others, this type goes to the end of a buffer that is too short for it.
+      // Kept: unlike the others, this type goes to the end of a buffer that is too short for it
+      // (docs/decisions/steam-binary-files.md).
       cursor.position = HasLeft(cursor, 4) ? cursor.position + 4 : cursor.size;
       return;
     case kUint64:
     case kInt64:
       return SkipIfThere(cursor, 8);
     default:
-      return;  // kept: of the payloads of 4, 5, 6 and 9 nothing is known, and nothing is skipped
+      // Kept: the payloads of 4, 5, 6 and 9 are unknown, so nothing is skipped
+      // (docs/decisions/steam-binary-files.md).
+      return;
   }
 }
 
@@ -219,7 +222,8 @@ std::string_view ReadKeyName(KeyValueContext& context, std::string& number) {
   ByteCursor& cursor = context.cursor;
   if (context.stringTable.empty()) return TakeText(cursor);
   uint32_t i = 0;
-  // Kept: with fewer bytes left the first entry is meant, and the bytes stay to be read as what follows.
+  // Kept: with fewer bytes left the first entry is meant, and the bytes stay to be read as what follows
+  // (docs/decisions/steam-binary-files.md).
   if (HasLeft(cursor, 4)) {
     for (uint32_t shift = 0; shift < 32; shift += 8) i |= uint32_t{TakeByte(cursor)} << shift;
   }

@@ -1,11 +1,11 @@
 #pragma once
 // Steam's binary cache of what it knows about each app, appcache\appinfo.vdf: an index of the whole file
-// first, then the key-values of one app at a time. The reader takes every version, checks no magic number and
-// trusts no number in the file further than the bytes that are there.
+// first, then the key-values of one app at a time. The reader takes every version, doesn't check the magic
+// number, and follows a length or count in the file only as far as there are bytes.
 //
 // A reader belongs to one thread: the place in the file is part of its state. It is built empty, indexed once
-// (see app_info_file.h for opening), and asked for any number of apps. Copyable it is not: it owns the open
-// file.
+// (see app_info_file.h for opening), and asked for any number of apps. It can't be copied, since it owns the
+// open file.
 
 #include <cstdint>
 #include <istream>

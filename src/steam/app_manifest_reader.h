@@ -9,9 +9,8 @@ namespace tarnwick {
 struct SteamManifestInfo {
   std::string appId;  // decimal, as text
   std::string name;
-  std::string
-      installDir;       // the bare folder name as read; the full path once the folder's listing has placed it
-  std::string exePath;  // stays empty: which executable an app has is the catalogue's business
+  std::string installDir;  // the bare folder name as read; ScanAppManifests makes it a full path
+  std::string exePath;     // always empty: the catalogue tells an app's executable, not its manifest
 };
 
 // Of several "appid" or "installdir" keys the last counts, of several "name" keys the first whose value isn't

@@ -1,5 +1,5 @@
 // Reader: library folders, line by line. Kept: no general parser stands behind it, so braces, depth and a
-// second key on the same line are not seen.
+// second key on the same line are not seen (docs/decisions/text-vdf.md).
 #include "steam/library_folders_reader.h"
 
 #include "foundation/text.h"

@@ -39,7 +39,7 @@ SteamShortcut ReadRecord(std::string_view record) {
     const std::optional<std::string_view> key = TakeText(record, cursor);
     if (!key || cursor == record.size()) break;
     // Kept: a value needs a marker of its own. Without one the key is dropped and its value is scanned for
-    // markers.
+    // markers (docs/decisions/steam-binary-files.md).
     if (record[cursor] != kTextMarker) continue;
     ++cursor;
     const std::optional<std::string_view> value = TakeText(record, cursor);

@@ -13,8 +13,8 @@ struct SteamShortcut {
   std::string startDir;  // likewise
 };
 
-// Appends every record that has all three texts, in file order. Appends as it goes, so that what was read
-// before a failure (there is none but memory) is not lost.
+// Appends every record that has all three texts, in file order. Appends one by one, so that what was read
+// before memory runs out is kept.
 void ReadShortcuts(std::string_view bytes, std::vector<SteamShortcut>& shortcuts);
 
 }  // namespace tarnwick

@@ -53,7 +53,7 @@ void CheckAppGuarded(SteamAppInfoReader& reader, const std::string& id, const st
     LogExceptions("  - Exception checking app " + id + ": ",
                   [&] { CheckApp(reader, id, location, results); });
   } catch (...) {
-    // Nothing is known of it that could be logged.
+    // What isn't a std::exception carries no text to log.
   }
 }
 
@@ -105,7 +105,7 @@ InstalledApps CollectInstalledSteamApps() {
   CollectUninstallLocations(locations, "HKEY_LOCAL_MACHINE",
                             "SOFTWARE\\WOW6432Node\\Microsoft\\Windows\\CurrentVersion\\Uninstall");
   CollectUninstallLocations(locations, "HKEY_CURRENT_USER", kUninstallSubkey);
-  // Kept: exact and at the beginning, unlike the games scan's test.
+  // Kept: exact and at the beginning, unlike the games scan's test (docs/decisions/letter-case.md).
   const std::string prefix = "Steam App ";
   InstalledApps apps;
   for (const auto& [name, location] : locations) {

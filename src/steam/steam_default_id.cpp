@@ -26,10 +26,11 @@ void CheckGame(const std::string& steamPath, const GameSignature& game, ScanResu
   const size_t steamapps = ToUpperBytes(game.DefaultFolder).find("STEAMAPPS");
   if (steamapps == std::string::npos) return;
   // The separator in front of the word stays. Kept: a folder that begins with the word has none, so substr
-  // throws and the signature is passed over.
+  // throws and the signature is passed over (docs/decisions/steam-lookups.md).
   const std::string relative = game.DefaultFolder.substr(steamapps - 1);
   const std::string exePath = BuildDrivePath(steamPath, relative, game.DefaultExe);
-  // Kept: both calls, so that a path which the ANSI code page spells differently is passed over.
+  // Kept: both calls, so that a path which the ANSI code page spells differently is passed over
+  // (docs/decisions/narrow-file-tests.md).
   if (!FileExists(exePath) || !NarrowFileExists(exePath)) return;
   // A size that can't be told counts as not empty.
   if (FileSize(exePath) == uint64_t{0}) {
@@ -56,7 +57,7 @@ bool CheckGames(const GameList& games, ScanResults& results) {
     try {
       CheckGame(steamPath, game, results);
     } catch (...) {
-      // One signature that can't be checked costs that signature alone, and no line.
+      // A signature that can't be checked costs that signature alone, and is not logged.
     }
   }
   return true;

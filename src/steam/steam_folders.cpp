@@ -34,17 +34,18 @@ RegistryKey OpenMachineKey(const char* subkey) {
 
 }  // namespace
 
-// Kept apart: three orders and one lookup of its own.
+// Kept apart from the three functions below, each of which asks in another order
+// (docs/decisions/steam-lookups.md).
 std::string GetSteamInstallPath() { return FirstText({kMachine32, kMachine, kUser}); }
 
-// Kept apart: the reverse of the other two, and without the user's key.
+// Kept apart: the reverse of the other two, and without the user's key (docs/decisions/steam-lookups.md).
 std::string GetAppInfoSteamPath() { return FirstText({kMachine, kMachine32}); }
 
-// Kept apart: as the games scan asks, but without the user's key.
+// Kept apart: as the games scan asks, but without the user's key (docs/decisions/steam-lookups.md).
 std::string GetDefaultIdSteamPath() { return FirstText({kMachine32, kMachine}); }
 
 // Kept apart: decides by the key and not by the value, takes no REG_EXPAND_SZ, and knows no other view of the
-// registry.
+// registry (docs/decisions/steam-lookups.md).
 std::string GetShortcutsSteamPath() {
   RegistryKey key = OpenMachineKey("SOFTWARE\\WOW6432Node\\Valve\\Steam");
   if (!key) key = OpenMachineKey("SOFTWARE\\Valve\\Steam");

@@ -71,7 +71,8 @@ void TakeUninstallKey(SteamScan& scan, const std::string& key) {
   std::string name = ReadRegistryString(keyPath, "DisplayName", "");
   const std::string location = ReadRegistryString(keyPath, "InstallLocation", "");
   // Kept: this one test makes the narrow call with the text as the registry gave it, so a folder whose name
-  // the ANSI code page spells differently from UTF-8 is left to the library pass.
+  // the ANSI code page spells differently from UTF-8 is left to the library pass
+  // (docs/decisions/narrow-file-tests.md).
   if (name.empty() || location.empty() || !NarrowDirectoryExists(location)) return;
   StripTrademarkSigns(name);
   const std::string exe = FindSteamGameExe(location, id, scan.signaturesByAppId);
@@ -169,7 +170,7 @@ std::vector<SteamManifestInfo> ScanAppManifests(const std::vector<std::string>& 
       const std::string folder = ManifestFolder(library);
       if (!folder.empty()) AppendManifests(folder, manifests);
     } catch (...) {
-      // A drive that was pulled out costs its own games and no line.
+      // A drive that was pulled out costs its own games, and is not logged.
     }
   }
   return manifests;
@@ -187,7 +188,8 @@ std::string FindSteamGameExe(const std::string& installPath, const std::string& 
   const size_t steamapps = ToLowerBytes(installPath).find("steamapps");
   if (steamapps == std::string::npos) return {};
   const std::string root = installPath.substr(0, steamapps);
-  // Kept: here the 64-bit field comes before the 32-bit one, unlike above.
+  // Kept: here the 64-bit field comes before the 32-bit one, unlike above
+  // (docs/decisions/catalogue-fields.md).
   for (const std::string* exe :
        {&signature->DefaultFolderExe, &signature->DefaultFolderExe64, &signature->DefaultFolderExe32}) {
     const std::string candidate = TryExeUnderRoot(root, *exe);

@@ -11,8 +11,8 @@
 
 namespace tarnwick::tests {
 
-// 50 MB where the readers are built natively. The debug build of the same code for Windows gets a tenth,
-// since whoever runs all of its tests waits for it.
+// 50 MB where the readers are built natively. The same tests under Wine get a tenth, so that the whole run
+// stays short.
 #ifdef _WIN32
 inline constexpr size_t kHuge = size_t{5} << 20;
 #else
@@ -63,7 +63,7 @@ inline std::vector<std::string> MeaninglessTexts(const std::string& good) {
           Repeated(":", 5000)};
 }
 
-// A stream that gives a text and then fails as a disk does that is taken away, with an exception.
+// A stream that gives a text and then throws, as reading does when its disk is taken away.
 class BrokenStream : private std::streambuf, public std::istream {
  public:
   explicit BrokenStream(std::string text) : std::istream(nullptr), text_(std::move(text)) {

@@ -1,5 +1,5 @@
 #pragma once
-// A file or folder that nobody else may open, as a launcher at work or a scanner of viruses leaves it.
+// A file or folder that no one else may open, as while a launcher writes it or a virus scanner reads it.
 
 #include "foundation/conversions.h"
 #include "foundation/owner.h"

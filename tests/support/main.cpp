@@ -1,5 +1,5 @@
-// The main of every Windows test program. A test that would change the registry or drive C: builds a desktop,
-// which refuses to on a machine that may not be spoilt.
+// The main of every Windows test program. Tests that change the registry or drive C: do so through a Desktop,
+// which throws unless TARNWICK_THROWAWAY_MACHINE says that the machine may be spoilt.
 #include "foundation/windows_api.h"
 
 #include <gmock/gmock.h>
@@ -10,7 +10,7 @@ int main(int argc, char** argv) {
   SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
   testing::InitGoogleMock(&argc, argv);
   const int result = RUN_ALL_TESTS();
-  // The runner insists on this mark: a program that ends half-way can end with exit code 0.
+  // CTest wants this mark: a program that ends half-way can end with exit code 0.
   std::puts("TARNWICK-TESTS-ENDED");
   return result;
 }

@@ -56,7 +56,7 @@ struct AppInfoBytes {
     return Le32(appId) + Le32(HeaderSize() + static_cast<uint32_t>(keyValues.size())) +
            std::string(HeaderSize(), '\xAA') + keyValues;
   }
-  // `records` without the end mark; the string table stands behind it.
+  // A whole file. `end` is the mark behind the records; from version 41 on the string table follows.
   std::string File(const std::string& records, const std::string& end = Le32(0)) const {
     std::string head = Le32(version | 0x07564400) + Le32(1);
     if (version < 41) return head + records + end;

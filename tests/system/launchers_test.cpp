@@ -328,7 +328,8 @@ TEST_F(Launchers, ShowAGameOfTwoLaunchersOnce) {
               ElementsAre("Unique results after deduplication: 4"));
 }
 
-// Kept: paths are compared as the launchers spell them, and Epic's files spell them with doubled backslashes.
+// Kept: paths are compared as the launchers spell them, and Epic's files spell them with doubled backslashes
+// (docs/decisions/scan-answer.md).
 TEST_F(Launchers, ShowAGameTwiceWhosePathTwoLaunchersSpellDifferently) {
   Executables({"Shared"});
   const json epic = {{"appName", "Epic"},

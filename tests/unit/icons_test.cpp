@@ -67,7 +67,8 @@ TEST(ParseIconReference, EveryOddShape) {
   ExpectReference(L"C:\\A\\a.exe, 3", L"C:\\A\\a.exe", 3);
   ExpectReference(L"C:\\A\\a.exe,", L"C:\\A\\a.exe", 0);
   ExpectReference(L"C:\\A\\a.exe,x", L"C:\\A\\a.exe", 0);
-  ExpectReference(L"C:\\A,B\\a.exe", L"C:\\A", 0);  // kept: the last comma, wherever it stands
+  // Kept: the last comma counts, wherever it stands (docs/decisions/icon-lookups.md).
+  ExpectReference(L"C:\\A,B\\a.exe", L"C:\\A", 0);
   ExpectReference(L"C:\\A,B\\a.exe,2", L"C:\\A,B\\a.exe", 2);
   ExpectReference(L",7", L"", 7);
   ExpectReference(L",", L"", 0);

@@ -34,7 +34,8 @@ DataFile FailedFile() {
   return file;
 }
 
-// What an observer is told is the file's bytes, so the asker gets them at second hand.
+// The observer is told the file's bytes. Reading them uses up the stream, so the asker gets another on the
+// same bytes.
 Answer TellContents(DataFile& file) {
   if (!*file) return {false, "can't be opened"};
   Answer answer{true, ReadAll(*file)};

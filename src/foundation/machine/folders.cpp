@@ -13,7 +13,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A question's way of listing, with what the standard library says where a folder can't be opened.
+// A way of listing: its name for observers, and the standard library's error text where the folder can't be
+// opened; null where that is no error.
 struct Way {
   const char* name;
   const char* refusal;

@@ -10,7 +10,7 @@
 namespace tarnwick {
 
 struct FolderEntry {
-  std::wstring path;  // as wide as the system has it: what another program named need not be a text
+  std::wstring path;  // UTF-16 as the system has it; a name need not be valid UTF-16
   std::wstring name;
 };
 
@@ -23,7 +23,7 @@ struct FolderListing {
 
 using NameTest = bool(std::wstring_view name);
 
-// The regular files of a folder whose names pass the test, all if there is none; links are followed.
+// The regular files of a folder whose names pass the test, all of them for a null test; links are followed.
 FolderListing ListFiles(const std::string& folder, NameTest* wanted);
 FolderListing ListFiles(const std::wstring& folder, NameTest* wanted);
 
@@ -34,8 +34,8 @@ FolderListing ListFolders(const std::string& folder);
 FolderListing ListFoldersIfOpen(const std::string& folder);
 
 // The regular files of a folder and, in the deep form, of all folders below, but not of those behind
-// junctions, symbolic links or other reparse points: a loop of them would never end. Kept apart from
-// ListFiles: the text of a failure is another.
+// junctions, symbolic links or other reparse points: a loop of them would never end. The text of a failure
+// differs from that of ListFiles.
 FolderListing WalkFiles(const std::string& folder, NameTest* wanted);
 FolderListing WalkFilesDeep(const std::string& folder, NameTest* wanted);
 

@@ -1,4 +1,4 @@
-// Edge: the shell's folders, the environment, drives and the process itself.
+// Edge: the shell's folders, environment variables, drives, and the kind of process.
 #include "foundation/machine/known_folders.h"
 
 #include "foundation/conversions.h"

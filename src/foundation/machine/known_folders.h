@@ -1,5 +1,5 @@
 #pragma once
-// Where this machine keeps what: the shell's folders, the environment and the drives.
+// The shell's folders, environment variables, drives, and whether the process runs under WOW64.
 
 #include <cstdint>
 #include <string>
@@ -15,7 +15,7 @@ enum class KnownFolder {
   kProgramFilesX86 = 42,
 };
 
-// SHGetFolderPathA, as UTF-8; empty if the shell refuses.
+// SHGetFolderPathA, as UTF-8; empty if that fails.
 std::string KnownFolderPath(KnownFolder folder);
 
 // An environment variable through the ANSI call, its bytes as they are; empty if there is none, or if it

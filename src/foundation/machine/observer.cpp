@@ -18,8 +18,8 @@ static_assert(std::size(kKindNames) == kQuestionKinds);
 
 constexpr const char* kViewNames[] = {"native", "64-bit", "32-bit"};
 
-// Taken when the first observer comes, and kept. A slot of Windows' own rather than a thread_local: it runs
-// nothing at a thread's end, and so does not hold the module.
+// Allocated with the first observer, and never freed. A TLS slot of Windows rather than a thread_local: it
+// needs no destructor at a thread's end, and so does not keep the module loaded.
 std::atomic<DWORD> g_askerSlot = TLS_OUT_OF_INDEXES;
 
 const char* CurrentAsker() {

@@ -37,7 +37,7 @@ enum class QuestionKind {
 };
 inline constexpr int kQuestionKinds = static_cast<int>(QuestionKind::kProcess) + 1;
 
-// Which of the registry's two faces a key is opened in; native is the process's own.
+// Which of the registry's two views a key is opened in; native is the process's own.
 enum class RegistryView { kNative, k64, k32 };
 
 // Such as "open key" and "64-bit".
@@ -59,12 +59,12 @@ struct Answer {
 };
 
 // Both functions may be empty, and both are called on whatever threads ask, several at a time. What `heard`
-// throws leaves the library by the way of the question.
+// throws passes to whoever asked the question.
 struct Observer {
-  // Asked before the machine is. True spares the machine the question: the asker gets what Windows says where
+  // Called before the machine is asked. True: it isn't asked, and the asker gets what Windows answers where
   // access is denied.
   std::function<bool(const Question&)> refuses;
-  // Told behind each question, refused ones included.
+  // Called after each question, refused ones included.
   std::function<void(const Question&, const Answer&)> heard;
 };
 
@@ -72,8 +72,8 @@ struct Observer {
 void SetObserver(const Observer* observer);
 
 // Marks this thread's questions as those of a strategy, to the end of the scope. The text must live as long.
-// Does nothing while nobody listens: the mark costs a slot of the process's threads, which a library that is
-// loaded and unloaded for years must not take for nothing.
+// Does nothing until an observer was set: the mark needs a thread-local slot, of which a process has few, and
+// a library that is loaded and unloaded again and again must not use them up.
 class AskingAs {
  public:
   explicit AskingAs(const char* asker);
@@ -89,7 +89,7 @@ namespace machine {
 
 extern std::atomic<const Observer*> g_observer;
 
-// The thread's last error as it was, whatever an observer does: askers look at it behind their question.
+// Restores the thread's last error after the observer has run: askers read it after their question.
 class KeptLastError {
  public:
   KeptLastError();
@@ -136,7 +136,7 @@ auto AskMachine(Describe&& describe, Refused&& refused, Ask&& ask, Tell&& tell) 
   return AskObserved(*observer, describe, refused, ask, tell);
 }
 
-// What questions with one text for an answer tell: an empty text is none.
+// The Answer to a question whose result is one text; an empty text counts as none given.
 Answer TellText(const std::string& text);
 
 }  // namespace machine

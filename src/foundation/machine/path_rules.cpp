@@ -17,7 +17,7 @@ std::filesystem::path PathOf(const std::string& path) { return {Utf8ToWide(path)
 }  // namespace
 
 std::wstring CombineByShell(const std::wstring& first, const std::wstring& second) {
-  // A join that fails leaves an empty buffer, and the answer is what stands in it.
+  // A join that fails leaves the buffer empty, and then the answer is empty.
   wchar_t joined[MAX_PATH] = {};
   PathCombineW(joined, first.c_str(), second.c_str());
   return joined;

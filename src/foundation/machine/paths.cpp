@@ -79,8 +79,7 @@ DWORD AttributesBehindLink(const std::wstring& path) {
                                                               : INVALID_FILE_ATTRIBUTES;
 }
 
-// The standard library's own status knows one error on this platform, "not found", whatever went wrong; hence
-// this.
+// Instead of std::filesystem::status: libstdc++'s on Windows reports every error as "not found".
 DWORD FollowedAttributes(const std::wstring& path) {
   DWORD attributes = GetFileAttributesW(path.c_str());
   if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {

@@ -69,7 +69,8 @@ RegistryKey DeniedKey() {
   return key;
 }
 
-// `open` is the call, given where the key goes. `describe` is asked for the text only while somebody listens.
+// `open` makes the call, and takes the address that the key is written to. `describe` is asked for the text
+// only while somebody listens.
 template <class Describe, class Open>
 RegistryKey Opened(Describe&& describe, RegistryView view, Open&& open) {
   std::string text;
@@ -84,7 +85,7 @@ RegistryKey Opened(Describe&& describe, RegistryView view, Open&& open) {
         RegistryKey key;
         HKEY handle = nullptr;
         key.error = static_cast<int32_t>(open(&handle));
-        // An open that fails owns nothing, whatever it left in its result.
+        // A call that failed leaves no key to close, whatever it wrote there.
         if (key.error == ERROR_SUCCESS) key.handle = Owner<RegistryKeyTraits>(handle);
         return key;
       },
@@ -185,7 +186,8 @@ std::vector<NamedValue> EnumerateValues(HKEY key) {
     BYTE data[4096];
     DWORD length = sizeof(data);
     DWORD type = 0;
-    // Kept: a value too long for the buffer ends the list, as the last one does.
+    // Kept: a value too long for the buffer ends the list, as the last one does
+    // (docs/decisions/registry-lookups.md).
     if (RegEnumValueW(key, index, name, &nameLength, nullptr, &type, data, &length) != ERROR_SUCCESS)
       return values;
     values.push_back({name, {type, {data, data + length}}});

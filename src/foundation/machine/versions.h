@@ -1,6 +1,6 @@
 #pragma once
-// The version resources of executables. There are two forms of each call, as Windows has them: which one is
-// used is part of what is found, since paths and texts pass through the ANSI code page in the narrow ones.
+// The version resources of executables. There are two forms of each call, as Windows has them. Which one is
+// used can change what is found, since paths and texts pass through the ANSI code page in the narrow ones.
 
 #include <cstdint>
 #include <optional>
@@ -28,7 +28,7 @@ std::vector<VersionTranslation> VersionTranslations(const VersionBlock& block);
 std::optional<std::wstring> VersionText(const VersionBlock& block, VersionTranslation translation,
                                         const std::wstring& name);
 
-// The first row alone.
+// The list's first row; nothing if it has none.
 std::optional<VersionTranslation> FirstNarrowTranslation(const VersionBlock& block);
 
 // As UTF-8.
