@@ -217,7 +217,8 @@ places and writes none of them; it opens no connection and starts no program.
 
 This page is made: the sample desktop (`desktop/samples/sample-desktop.json`), which has a game for each way of finding one,
 is scanned with an observer in the machine room (`src/foundation/machine/`), and so is a machine with none of it, where the
-other places are tried. What was asked stands here. A test compares it with a new run. After a change in what is read, `scripts/what-is-read` writes it anew.
+other places are tried. What was asked stands here. A test compares it with a new run; after a change in what is read,
+`scripts/what-is-read` writes it anew.
 
 Names that the library knows are spelled out. A star stands for what others name: a game, an app id, a package, a user, a
 folder or a value that the catalogue, the registry or a launcher's file names. `<common data>` and its like are the folders
