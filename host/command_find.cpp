@@ -16,8 +16,8 @@
 namespace tarnwick::host {
 namespace {
 
-// The answer doesn't say which entry an application belongs to, so each is asked for alone. These
-// calls are left out of the log, which shows the one call that was asked for.
+// The answer doesn't say which entry an application belongs to, so each is asked for alone. These calls
+// are left out of the log, which shows the one call that was asked for.
 void TellOfUnmatched(const FindRequest& request) {
   constexpr int32_t kLengthOfEmptyList = 2;
   for (const RequestEntry& entry : request.entries) {

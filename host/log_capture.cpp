@@ -47,7 +47,7 @@ std::optional<std::basic_string<Unit>> UnitsOf(const EXCEPTION_RECORD& record) {
   return text;
 }
 
-// Narrow lines are UTF-8, but a wide line that nobody took as such comes in the ANSI page.
+// Narrow lines are UTF-8; the second, narrow form of a wide line is in the ANSI code page.
 std::string FromUtf8OrAnsi(const std::string& text) {
   const int length = static_cast<int>(text.size());
   const UINT page = MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, text.data(), length, nullptr, 0) > 0

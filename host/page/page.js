@@ -88,7 +88,7 @@ function card(item) {
 const entries = data.items.map(item =>
   ({item, card: card(item), text: folded([item.name, item.group, item.detail, item.path].join("\n"))}));
 
-// Those of a launcher, of a publisher or of a size keep their order by name.
+// Sorting is stable: items of one launcher, publisher or size stay in the order of their names.
 const collator = new Intl.Collator(undefined, {numeric: true});
 const byName = (a, b) => collator.compare(a.item.name, b.item.name);
 const byGroup = (a, b) => !a.item.group - !b.item.group || collator.compare(a.item.group, b.item.group);
