@@ -27,8 +27,15 @@ void AppendUserShortcuts(const std::string& user, std::vector<SteamShortcut>& sh
 void AppendAllShortcuts(const std::string& steamPath, std::vector<SteamShortcut>& shortcuts) {
   const std::string userdata = JoinParts(steamPath, {"userdata"});
   if (!DirectoryExists(userdata)) return;
-  ForEach(ListFoldersIfOpen(userdata),
-          [&](const FolderEntry& user) { AppendUserShortcuts(WideToUtf8(user.path), shortcuts); });
+  const FolderListing users = ListFoldersIfOpen(userdata);
+  ForEach(users, [&](const FolderEntry& user) {
+    // A folder that can't be opened has had no entries on any system so far, so nobody has seen this line.
+    if (!users.openingError.empty()) {
+      LogStream() << kTag << " Warning: Error accessing directory entry: " << users.openingError << "\n";
+      return;
+    }
+    AppendUserShortcuts(WideToUtf8(user.path), shortcuts);
+  });
 }
 
 // The whole file, in one buffer of its size.

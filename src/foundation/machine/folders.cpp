@@ -118,9 +118,10 @@ FolderListing ListFolders(const std::string& folder) {
 
 FolderListing ListFoldersIfOpen(const std::string& folder) {
   return AskListing(Utf8ToWide(folder), kOpenFolders, [](FolderListing& listing, const fs::path& path) {
-    std::error_code ignored;
-    AppendFolders(listing,
-                  fs::directory_iterator(path, fs::directory_options::skip_permission_denied, ignored));
+    std::error_code error;
+    const fs::directory_iterator entries(path, fs::directory_options::skip_permission_denied, error);
+    if (error) listing.openingError = error.message();
+    AppendFolders(listing, entries);
   });
 }
 

@@ -19,6 +19,7 @@ struct FolderEntry {
 struct FolderListing {
   std::vector<FolderEntry> entries = {};
   std::exception_ptr failure = nullptr;
+  std::string openingError = {};  // ListFoldersIfOpen alone: why the folder couldn't be opened
 };
 
 using NameTest = bool(std::wstring_view name);
