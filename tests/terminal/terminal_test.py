@@ -154,7 +154,9 @@ def desktop(*arguments):
 
 
 def keep_wine_running():
-    """Without any program left Wine ends its services too, and starting them takes ten seconds."""
+    """Wine's desktop process inherits the pipes of the program that makes it necessary, and keeps them open until the
+    last program has ended: better that of a program without pipes.
+    """
     keeper = subprocess.Popen(["wine", TARNWICK, "watch"], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                               stderr=subprocess.DEVNULL, start_new_session=True)
     unittest.addModuleCleanup(keeper.wait)
