@@ -80,7 +80,7 @@ FolderListing AskListing(const std::wstring& folder, const Way& way, List&& list
       TellListing);
 }
 
-void AppendFolders(FolderListing& listing, fs::directory_iterator entries) {
+void AppendFolders(FolderListing& listing, const fs::directory_iterator& entries) {
   for (const fs::directory_entry& entry : entries) {
     if (entry.is_directory()) Append(listing, entry.path());
   }
