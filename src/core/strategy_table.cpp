@@ -1,4 +1,4 @@
-// The 23 strategies. A new launcher is one row here, one source unit and one test of the same name.
+// The strategies. A new launcher is one row here, one source unit and one test of the same name.
 #include "core/strategy_table.h"
 
 #include "launchers/arc_registry_search.h"
