@@ -1,4 +1,4 @@
-// The strategies. A new launcher is one row here, one source unit and one test of the same name.
+// The table of strategies. docs/adding-a-launcher.md lists what else a new row touches.
 #include "core/strategy_table.h"
 
 #include "launchers/arc_registry_search.h"
