@@ -12,7 +12,7 @@ namespace tarnwick::tests {
 struct StrategyRow {
   const char* name;
   int level;
-  const char* launcher;  // what the program calls a game that has no launch address; "Installed": of no launcher
+  const char* launcher;  // what the program calls its games where no launch address tells; never empty
 };
 
 inline constexpr StrategyRow kStrategyRows[] = {
