@@ -5,6 +5,7 @@
 #include "support/debug_capture.h"
 #include "support/library.h"
 #include "support/png_pixels.h"
+#include "support/strategy_rows.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -62,7 +63,7 @@ TEST_F(ConsoleReportExport, StartsEveryStrategyOnce) {
   const auto starts = std::count_if(lines.begin(), lines.end(), [](const std::string& line) {
     return line.rfind("Strategy [", 0) == 0 && line.size() > 7 && line.substr(line.size() - 7) == "] START";
   });
-  EXPECT_EQ(starts, 23);
+  EXPECT_EQ(starts, std::ssize(kStrategyRows));
 }
 
 TEST_F(ConsoleReportExport, NeverLooksAtTheDecryptedCatalogue) {

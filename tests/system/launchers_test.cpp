@@ -7,10 +7,12 @@
 #include "support/debug_capture.h"
 #include "support/guarded_buffer.h"
 #include "support/library.h"
+#include "support/strategy_rows.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -185,6 +187,16 @@ const std::vector<std::string> kAllExecutables = {"Arc",
                                                   "BattleNet",
                                                   R"(Steam\steamapps\common\SteamGame)"};
 
+// All levels and strategies in their order, with one finding each for `successful` and none for the others.
+std::vector<Finding> FindingsOf(const std::set<std::string>& successful) {
+  std::vector<Finding> findings;
+  for (const auto& [level, strategies] : StrategiesByLevel()) {
+    findings.push_back({"level " + std::to_string(level), 0});
+    for (const std::string& name : strategies) findings.push_back({name, successful.count(name)});
+  }
+  return findings;
+}
+
 TEST_F(Launchers, AnswerInTheOrderOfTheirLevelsAndStrategies) {
   Executables(kAllExecutables);
   Install(AllLaunchers());
@@ -203,37 +215,10 @@ TEST_F(Launchers, AnswerInTheOrderOfTheirLevelsAndStrategies) {
       "Steam Title | " + Exe(R"(Steam\steamapps\common\SteamGame)") + " | steam://run/4004",
   };
   EXPECT_THAT(Scan(), ElementsAreArray(expected));
-  const std::vector<Finding> findings = {
-      {"level 6", 0},
-      {"Default Registry Scan", 0},
-      {"Registry Search Scan", 0},
-      {"Uninstall Registry Search", 0},
-      {"User Folder Exe Search", 0},
-      {"GameUX Registry Search", 0},
-      {"level 5", 0},
-      {"Default Exe Search", 0},
-      {"level 4", 0},
-      {"Steam Shortcuts Search", 0},
-      {"Arc Registry Search", 1},
-      {"GOG Registry Search", 1},
-      {"Uplay Configuration Search", 1},
-      {"level 3", 0},
-      {"EA Registry Search", 1},
-      {"Riot Platform Search", 1},
-      {"Mihoyo Platform Search", 1},
-      {"Bethesda Registry", 1},
-      {"Itch.io Search", 0},
-      {"Twitch Search", 0},
-      {"GameUX Info Search", 0},
-      {"Epic Games Scan", 1},
-      {"UWP/Microsoft Store Scan", 1},
-      {"level 2", 0},
-      {"Battle.net Search V2", 1},
-      {"level 0", 0},
-      {"Steam Games Scan", 1},
-      {"Steam Default ID", 1},
-      {"Steam AppInfo Scan", 0},
-  };
+  const std::vector<Finding> findings = FindingsOf(
+      {"Arc Registry Search", "GOG Registry Search", "Uplay Configuration Search", "EA Registry Search",
+       "Riot Platform Search", "Mihoyo Platform Search", "Bethesda Registry", "Epic Games Scan",
+       "UWP/Microsoft Store Scan", "Battle.net Search V2", "Steam Games Scan", "Steam Default ID"});
   EXPECT_THAT(Findings(), ElementsAreArray(findings));
   EXPECT_THAT(capture_.LinesWith("[SQLite Stub]"), testing::SizeIs(4));
   // Nothing is kept from one scan to the next.

@@ -4,6 +4,7 @@
 #include "desktop/wide_text.h"
 
 #include "support/library.h"
+#include "support/process.h"
 #include "support/source_folder.h"
 
 #include <gmock/gmock.h>
@@ -12,7 +13,9 @@
 
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <set>
+#include <utility>
 
 namespace tarnwick {
 namespace {
@@ -82,6 +85,42 @@ const std::vector<Game> kExpected = {
     {"Paperlight", R"(C:\SteamLibrary\steamapps\common\Paperlight\paperlight.exe)", "steam://run/9000050"},
 };
 
+// What the program adds to games.
+struct Finder {
+  std::string launcher;
+  std::string strategy;
+  bool operator==(const Finder&) const = default;
+};
+
+void PrintTo(const Finder& finder, std::ostream* out) { *out << finder.launcher << " | " << finder.strategy; }
+
+const std::vector<std::pair<Finder, std::vector<std::string>>> kFound = {
+    {{"Installed", "Default Registry Scan"},
+     {"Lantern Harbour", "Mosswick Hollow", "Quillfeather", "Хроники Вьюгограда"}},
+    {{"Installed", "Registry Search Scan"},
+     {"Copper Kestrel", "青瓷谜城", "Emberline Express", "Nine Wicker Crowns"}},
+    {{"Installed", "Uninstall Registry Search"},
+     {"Tidewrought", "Sablewind Racers", "Château Brumaire", "Gearloft Academy"}},
+    {{"Installed", "User Folder Exe Search"}, {"Dustwing"}},
+    {{"Installed", "GameUX Registry Search"}, {"Old Mill Mysteries"}},
+    {{"Installed", "Default Exe Search"}, {"Vellum Knights", "Pebble Parade"}},
+    {{"Steam", "Steam Shortcuts Search"}, {"Moonlit Post Office"}},
+    {{"Arc", "Arc Registry Search"}, {"Jade Caravan", "Thornbridge Online"}},
+    {{"GOG", "GOG Registry Search"}, {"Candlemark Saga", "Ivory Compass"}},
+    {{"Ubisoft", "Uplay Configuration Search"}, {"Rampart of Ash"}},
+    {{"EA", "EA Registry Search"}, {"Silver Paddock"}},
+    {{"Riot", "Riot Platform Search"}, {"Banner of Reeds"}},
+    {{"miHoYo", "Mihoyo Platform Search"}, {"Starloom Odyssey"}},
+    {{"Bethesda", "Bethesda Registry"}, {"Cinder Vault"}},
+    {{"Installed", "GameUX Info Search"}, {"Thimble Golf"}},
+    {{"Epic Games", "Epic Games Scan"}, {"Glass Meridian", "Wrenfall", "DriftFerry"}},
+    {{"Microsoft Store", "UWP/Microsoft Store Scan"}, {"Mosaic Meadow", "Petrel Bay", "Lumen Drops"}},
+    {{"Battle.net", "Battle.net Search V2"}, {"Grimtide Frontier"}},
+    {{"Steam", "Steam Games Scan"}, {"Brasswater", "Hollow Orchard", "Kiteborne"}},
+    {{"Steam", "Steam Default ID"}, {"Salt & Signal"}},
+    {{"Steam", "Steam AppInfo Scan"}, {"Paperlight"}},
+};
+
 std::string SampleText() {
   std::ifstream stream(
       std::filesystem::path(desktop::Wide(tests::SourceFolder() + "/desktop/samples/sample-desktop.json")),
@@ -120,6 +159,21 @@ TEST_F(SampleDesktop, ShowsEveryGameOnceAndNothingElse) {
     if (game.at("name") == "Dustwing")
       game["loc"] = expected.back().loc;  // the letter case of C:\Users may differ
   EXPECT_THAT(Games(scan), testing::UnorderedElementsAreArray(expected));
+}
+
+TEST_F(SampleDesktop, TheProgramNamesEveryGamesLauncherAndStrategy) {
+  const tests::ProgramResult scan =
+      tests::RunProgram("tarnwick.exe", {"scan", kCatalogue, "--format", "json"});
+  EXPECT_EQ(scan.exitCode, 0u) << scan.errors;
+  std::map<std::string, Finder> expected;
+  for (const auto& [finder, names] : kFound) {
+    for (const std::string& name : names) expected[name] = finder;
+  }
+  EXPECT_EQ(expected.size(), kExpected.size() + 1);
+  std::map<std::string, Finder> found;
+  for (const auto& game : nlohmann::json::parse(scan.output))
+    found[game.at("name")] = {game.at("launcher"), game.at("foundBy")};
+  EXPECT_THAT(found, testing::ElementsAreArray(expected));
 }
 
 TEST_F(SampleDesktop, GivesEveryGameAnIconOfItsOwn) {

@@ -8,6 +8,7 @@
 #include "support/guarded_buffer.h"
 #include "support/library.h"
 #include "support/png_pixels.h"
+#include "support/strategy_rows.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -41,26 +42,6 @@ std::vector<std::string> DriverLines(const DebugCapture& capture) {
   }
   return lines;
 }
-
-struct Level {
-  int priority;
-  std::vector<std::string> strategies;
-};
-
-const std::vector<Level> kLevels = {
-    {6,
-     {"Default Registry Scan", "Registry Search Scan", "Uninstall Registry Search", "User Folder Exe Search",
-      "GameUX Registry Search"}},
-    {5, {"Default Exe Search"}},
-    {4,
-     {"Steam Shortcuts Search", "Arc Registry Search", "GOG Registry Search", "Uplay Configuration Search"}},
-    {3,
-     {"EA Registry Search", "Riot Platform Search", "Mihoyo Platform Search", "Bethesda Registry",
-      "Itch.io Search", "Twitch Search", "GameUX Info Search", "Epic Games Scan",
-      "UWP/Microsoft Store Scan"}},
-    {2, {"Battle.net Search V2"}},
-    {0, {"Steam Games Scan", "Steam Default ID", "Steam AppInfo Scan"}},
-};
 
 class ScanExport : public testing::Test {
  protected:
@@ -135,22 +116,22 @@ TEST_F(ScanExport, LogsAWholeScanInOrder) {
   const std::string catalogue = Catalogue("list.xml", {Missing("Absent"), Install("Foo")});
   const DebugCapture capture;
   Scan(catalogue.c_str());
-  std::vector<std::string> expected = {std::string(50, '='),
-                                       "IA_RunMultiPlatformGameScanJson START",
-                                       "Input config path (raw UTF-8): " + catalogue,
-                                       "Using XML file: " + catalogue,
-                                       "Calling XmlParser::LoadGameListFromXml...",
-                                       "Loaded 2 games from XML.",
-                                       "Defining scan strategies...",
-                                       "Strategies defined: 23",
-                                       "Grouping strategies by priority...",
-                                       "Priority groups created: 6",
-                                       "Pending games: 2"};
-  for (const Level& level : kLevels) {
-    expected.push_back("Processing priority level: " + std::to_string(level.priority));
-    for (const std::string& name : level.strategies)
-      expected.push_back("Launching thread for strategy: " + name);
-    for (const std::string& name : level.strategies) {
+  std::vector<std::string> expected = {
+      std::string(50, '='),
+      "IA_RunMultiPlatformGameScanJson START",
+      "Input config path (raw UTF-8): " + catalogue,
+      "Using XML file: " + catalogue,
+      "Calling XmlParser::LoadGameListFromXml...",
+      "Loaded 2 games from XML.",
+      "Defining scan strategies...",
+      "Strategies defined: " + std::to_string(std::size(kStrategyRows)),
+      "Grouping strategies by priority...",
+      "Priority groups created: " + std::to_string(StrategiesByLevel().size()),
+      "Pending games: 2"};
+  for (const auto& [level, strategies] : StrategiesByLevel()) {
+    expected.push_back("Processing priority level: " + std::to_string(level));
+    for (const std::string& name : strategies) expected.push_back("Launching thread for strategy: " + name);
+    for (const std::string& name : strategies) {
       const char* found = name == "Default Registry Scan" ? "1" : "0";
       expected.push_back("Strategy [" + name + "] finished. Found: " + found);
     }
@@ -166,11 +147,9 @@ TEST_F(ScanExport, StartsEveryStrategyOnce) {
   const DebugCapture capture;
   Scan(catalogue.c_str());
   const std::vector<std::string> lines = capture.Lines();
-  for (const Level& level : kLevels) {
-    for (const std::string& name : level.strategies) {
-      EXPECT_EQ(std::count(lines.begin(), lines.end(), "Strategy [" + name + "] START (in thread)"), 1)
-          << name;
-    }
+  for (const StrategyRow& row : kStrategyRows) {
+    const std::string start = std::string("Strategy [") + row.name + "] START (in thread)";
+    EXPECT_EQ(std::count(lines.begin(), lines.end(), start), 1) << start;
   }
 }
 

@@ -1,5 +1,6 @@
 #include "host/presentation.h"
 #include "host/tables.h"
+#include "support/strategy_rows.h"
 
 #include <gmock/gmock.h>
 
@@ -27,6 +28,11 @@ TEST(HostPresentation, TheLauncherComesFromTheUriAndElseFromTheStrategy) {
   EXPECT_EQ(LauncherName("shell:AppsFolder\\x!App", ""), "Microsoft Store");
   EXPECT_EQ(LauncherName("", "Epic Games Scan"), "Epic Games");
   EXPECT_EQ(LauncherName("", "Default Registry Scan"), "Installed");
+}
+
+TEST(HostPresentation, EveryStrategyHasItsLauncherOrIsSaidToHaveNone) {
+  for (const tests::StrategyRow& row : tests::kStrategyRows)
+    EXPECT_EQ(LauncherName("", row.name), row.launcher) << row.name;
 }
 
 TEST(HostPresentation, RowsKeepTheLibrarysOrderOfMembersAndTakeBytesThatAreNoUtf8) {

@@ -356,7 +356,8 @@ TEST_F(StrategyRunner, LogsNothingForALevelWithoutStrategies) {
                           "Processing priority level: 4", "Processing priority level: 3",
                           "Processing priority level: 2", "Processing priority level: 0"));
   EXPECT_THAT(capture.LinesWith("Priority groups"), ElementsAre("Priority groups created: 6"));
-  EXPECT_THAT(capture.LinesWith("Strategies defined"), ElementsAre("Strategies defined: 23"));
+  EXPECT_THAT(capture.LinesWith("Strategies defined"),
+              ElementsAre("Strategies defined: " + std::to_string(table.size())));
 }
 
 TEST_F(StrategyRunner, ConcatenatesByLevelThenTableOrderWhateverEndsFirst) {

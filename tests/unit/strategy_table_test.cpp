@@ -1,6 +1,7 @@
 #include "core/strategy_table.h"
 
 #include "desktop/desktop.h"
+#include "support/strategy_rows.h"
 
 #include <gtest/gtest.h>
 
@@ -9,43 +10,12 @@
 namespace tarnwick {
 namespace {
 
-struct Row {
-  const char* name;
-  int priority;
-};
-
-constexpr Row kRows[] = {
-    {"Default Registry Scan", 6},
-    {"Registry Search Scan", 6},
-    {"Uninstall Registry Search", 6},
-    {"User Folder Exe Search", 6},
-    {"GameUX Registry Search", 6},
-    {"Default Exe Search", 5},
-    {"Steam Shortcuts Search", 4},
-    {"Arc Registry Search", 4},
-    {"GOG Registry Search", 4},
-    {"Uplay Configuration Search", 4},
-    {"EA Registry Search", 3},
-    {"Riot Platform Search", 3},
-    {"Mihoyo Platform Search", 3},
-    {"Bethesda Registry", 3},
-    {"Itch.io Search", 3},
-    {"Twitch Search", 3},
-    {"GameUX Info Search", 3},
-    {"Epic Games Scan", 3},
-    {"UWP/Microsoft Store Scan", 3},
-    {"Battle.net Search V2", 2},
-    {"Steam Games Scan", 0},
-    {"Steam Default ID", 0},
-    {"Steam AppInfo Scan", 0},
-};
-
 TEST(StrategyTable, HasTheseRowsInTheirOrder) {
   const std::vector<ScanStrategy> table = ScanStrategies();
-  ASSERT_EQ(table.size(), std::size(kRows));
+  ASSERT_EQ(table.size(), std::size(tests::kStrategyRows));
   for (size_t i = 0; i < table.size(); ++i) {
-    EXPECT_EQ(table[i].name, kRows[i].name);
-    EXPECT_EQ(table[i].priority, kRows[i].priority) << table[i].name;
+    EXPECT_EQ(table[i].name, tests::kStrategyRows[i].name);
+    EXPECT_EQ(table[i].priority, tests::kStrategyRows[i].level) << table[i].name;
   }
 }
 
