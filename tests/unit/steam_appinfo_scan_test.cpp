@@ -118,7 +118,7 @@ TEST(SteamAppInfoScan, WithoutTheCacheTheScanEndsWithoutItsCompletionLine) {
 
 TEST(SteamAppInfoScan, ASteamFolderThatIsGoneFailsAtTheCache) {
   SteamWorld world{kSteam};
-  world.d.String(R"(HKEY_LOCAL_MACHINE\SOFTWARE\Valve\Steam)", "InstallPath", kSteam);
+  world.NameMissingSteam();
   world.UninstallKey("Steam App 400", "x", kRoot);
   const DebugCapture log;
   ScanSteamAppInfo({}, "");

@@ -76,7 +76,7 @@ TEST(SteamDefaultId, WithoutSteamTheScanEndsWithoutItsCompletionLine) {
 
 TEST(SteamDefaultId, ASteamFolderThatIsGoneIsNotFound) {
   SteamWorld world{kSteam};
-  world.d.String(R"(HKEY_LOCAL_MACHINE\SOFTWARE\Valve\Steam)", "InstallPath", kSteam);
+  world.NameMissingSteam();
   const DebugCapture log;
   ScanSteamDefaultId({}, "");
   EXPECT_THAT(log.Lines(), ElementsAre(kStart, "[SteamDefaultId] Steam path not found."));

@@ -59,7 +59,7 @@ TEST(SteamShortcutsSearch, WithoutSteamTheScanEndsWithoutItsCompletionLine) {
 
 TEST(SteamShortcutsSearch, ASteamFolderThatIsGoneIsNotFound) {
   SteamWorld world{kSteam};
-  world.d.String(R"(HKEY_LOCAL_MACHINE\SOFTWARE\Valve\Steam)", "InstallPath", kSteam);
+  world.NameMissingSteam();
   const DebugCapture log;
   EXPECT_THAT(Scan(), IsEmpty());
   EXPECT_THAT(log.Lines(), ElementsAre(kStart, "[SteamShortcutsSearch] Steam path not found."));
