@@ -17,6 +17,8 @@ struct SteamWorld {
     d.String(R"(HKEY_LOCAL_MACHINE\SOFTWARE\WOW6432Node\Valve\Steam)", "InstallPath", steam);
     d.Folder(steam);
   }
+  // The registry names Steam, but its folder isn't there.
+  void NameMissingSteam() { d.String(R"(HKEY_LOCAL_MACHINE\SOFTWARE\Valve\Steam)", "InstallPath", steam); }
   void UninstallKey(const std::string& name, const std::string& displayName, const std::string& location,
                     desktop::View view = desktop::View::k64) {
     const std::string key = kUninstallKey + name;

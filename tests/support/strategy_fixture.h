@@ -4,6 +4,7 @@
 #include "desktop/desktop.h"
 #include "support/debug_capture.h"
 #include "support/describe.h"
+#include "support/failing_allocation.h"
 
 #include <gmock/gmock.h>
 
@@ -20,5 +21,12 @@ class StrategyTest : public testing::Test {
   desktop::Desktop desktop_;
   DebugCapture capture_;
 };
+
+// What a search gives where a text of this many bytes, or more, gets no memory.
+template <typename Search>
+std::vector<std::string> WithoutMemory(size_t bytes, const Search& search) {
+  const FailingAllocation failing(bytes);
+  return search();
+}
 
 }  // namespace tarnwick::tests

@@ -1,10 +1,7 @@
 #include "launchers/arc_registry_search.h"
 
-#include "desktop/desktop.h"
 #include "foundation/conversions.h"
-#include "support/debug_capture.h"
-#include "support/describe.h"
-#include "support/failing_allocation.h"
+#include "support/strategy_fixture.h"
 
 #include <gmock/gmock.h>
 
@@ -13,7 +10,6 @@
 namespace tarnwick {
 namespace {
 
-using desktop::Desktop;
 using desktop::View;
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -35,7 +31,7 @@ GameSignature Signature(const std::string& name, const std::string& key, const s
   return signature;
 }
 
-class ArcRegistrySearchTest : public testing::Test {
+class ArcRegistrySearchTest : public tests::StrategyTest {
  protected:
   std::string Game(const std::string& name) {
     const std::string exe = kFolder + name + ".exe";
@@ -52,9 +48,6 @@ class ArcRegistrySearchTest : public testing::Test {
   std::vector<std::string> Search(const GameList& games = {}) {
     return tests::Describe(ArcRegistrySearch(games, "S-1-5-21"));
   }
-
-  Desktop desktop_;
-  tests::DebugCapture capture_;
 };
 
 TEST_F(ArcRegistrySearchTest, WritesTwoLinesWhereNothingIsInstalled) {
@@ -187,12 +180,7 @@ TEST_F(ArcRegistrySearchTest, KeepsWhatItReadBeforeAFailure) {
   const std::string exe = Game("A");
   Game("B");
   Client("B", std::string(1800, 'c'));
-  ScanResults results;
-  {
-    tests::FailingAllocation failing(1800);
-    results = ArcRegistrySearch({}, {});
-  }
-  EXPECT_THAT(tests::Describe(results), ElementsAre(Expected("A", exe, "", "A")));
+  EXPECT_THAT(tests::WithoutMemory(1800, [&] { return Search(); }), ElementsAre(Expected("A", exe, "", "A")));
   EXPECT_THAT(capture_.Lines(), ElementsAre("[ArcRegistrySearch] Starting Arc Registry Search...",
                                             "[ArcRegistrySearch] Error reading Arc registry: std::bad_alloc",
                                             "[ArcRegistrySearch] Found: A -> " + exe,

@@ -5,6 +5,7 @@
 #include "foundation/machine/known_folders.h"
 #include "foundation/windows_api.h"
 #include "support/debug_capture.h"
+#include "support/describe.h"
 #include "support/hostile_texts.h"
 #include "support/locked_path.h"
 
@@ -36,6 +37,16 @@ ExecutableOptions Version(const std::map<std::string, std::string>& values) {
   return options;
 }
 
+std::string Expected(const std::string& name, const std::string& exe, const std::string& id) {
+  return name + '|' + exe + "|battle.net://launch/" + id + "|Battle.net: " + id + "||1|0|";
+}
+
+// The product "wren", with this executable below the test's folder: it has no version, so its file names it.
+auto IsWren(const std::string& exe) {
+  const std::filesystem::path path = exe;
+  return ElementsAre(Expected(path.stem().string(), kRoot + "\\" + exe, "wren"));
+}
+
 class BattleNetSearch : public testing::Test {
  protected:
   // A log, in the agent's folder, of the given age in seconds.
@@ -51,12 +62,8 @@ class BattleNetSearch : public testing::Test {
     return ids;
   }
 
-  // The executable of the one game, relative to the test's folder.
-  std::string Exe(const GameList& games) const {
-    const ScanResults results = BattleNetSearchV2(games, "");
-    if (results.empty()) return {};
-    return results[0].exePath.starts_with(kRoot) ? results[0].exePath.substr(kRoot.size() + 1)
-                                                 : results[0].exePath;
+  std::vector<std::string> Scan(const GameList& games = {}) const {
+    return tests::Describe(BattleNetSearchV2(games, "S-1-5-21"));
   }
 
   void Files(const std::vector<std::string>& files) {
@@ -82,24 +89,15 @@ TEST_F(BattleNetSearch, ReportsAProductOutsideTheCatalogueAndSaysSo) {
                       Version({{"FileDescription", "Wren® II™"}, {"ProductName", "No"}}));
   Log({{"Wren_X", kRoot + "\\Wren", "bin\\w.exe", ""}});
   DebugCapture log;
-  const ScanResults results = BattleNetSearchV2({}, "S-1-5-21");
   const std::string exe = kRoot + "\\Wren\\bin\\w.exe";
+  EXPECT_THAT(Scan(), ElementsAre(Expected("Wren II", exe, "Wren_X")));
   EXPECT_THAT(log.Lines(), ElementsAre(kStart, "[BattleNetSearchV2] Found: Wren II -> " + exe,
                                        "[BattleNetSearchV2] Scan completed! Found 1 games."));
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].name, "Wren II");
-  EXPECT_EQ(results[0].exePath, exe);
-  EXPECT_EQ(results[0].launchUrl, "battle.net://launch/Wren_X");
-  EXPECT_EQ(results[0].source, "Battle.net: Wren_X");
-  EXPECT_EQ(results[0].displayIcon, "");
-  EXPECT_TRUE(results[0].found);
-  EXPECT_EQ(results[0].sourceKind, 0);
-  EXPECT_EQ(results[0].sourceExId, "");
 }
 
 TEST_F(BattleNetSearch, WithoutTheAgentsFolderNothingIsFound) {
   DebugCapture log;
-  EXPECT_THAT(BattleNetSearchV2({}, ""), IsEmpty());
+  EXPECT_THAT(Scan(), IsEmpty());
   EXPECT_THAT(log.Lines(), ElementsAre(kStart, kNothing));
   log.Clear();
   EXPECT_THAT(GetBattleNetGamesFromLogs(""), IsEmpty()) << "the shell has no such folder";
@@ -160,9 +158,7 @@ TEST_F(BattleNetSearch, TheNewerLogsCaseGoesIntoTheLaunchAddress) {
   Files({"Wren\\w.exe"});
   Log("Agent-1.log", BattleNetAgentLogText({{"WReN", kRoot + "\\Wren", "w.exe", ""}}), 1);
   Log("Agent-2.log", BattleNetAgentLogText({{"wren", kRoot + "\\Wren", "w.exe", ""}}), 2);
-  const ScanResults results = BattleNetSearchV2({}, "");
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].launchUrl, "battle.net://launch/WReN");
+  EXPECT_THAT(Scan(), ElementsAre(Expected("w", kRoot + "\\Wren\\w.exe", "WReN")));
 }
 
 TEST_F(BattleNetSearch, TheTwentyFirstProductIsDroppedBeforeAnyTest) {
@@ -173,10 +169,11 @@ TEST_F(BattleNetSearch, TheTwentyFirstProductIsDroppedBeforeAnyTest) {
   Files({"Wren\\w.exe"});
   Log(games);
   EXPECT_THAT(GetBattleNetGamesFromLogs(kAppData), SizeIs(20));
-  EXPECT_THAT(BattleNetSearchV2({}, ""), IsEmpty());
+  EXPECT_THAT(Scan(), IsEmpty());
   games.erase(games.begin());
   Log(games);
-  EXPECT_THAT(BattleNetSearchV2({}, ""), SizeIs(1)) << "the same product as the twentieth";
+  EXPECT_THAT(Scan(), ElementsAre(Expected("w", kRoot + "\\Wren\\w.exe", "p21")))
+      << "the same product as the twentieth";
 }
 
 TEST_F(BattleNetSearch, AJunctionIsNotEntered) {
@@ -192,7 +189,7 @@ TEST_F(BattleNetSearch, AFolderThatCannotBeListedIsAnError) {
   desktop_.Folder(kAgent + "\\locked");
   const tests::LockedPath lock(kAgent + "\\locked");
   DebugCapture log;
-  EXPECT_THAT(BattleNetSearchV2({}, ""), IsEmpty()) << "no log was read yet";
+  EXPECT_THAT(Scan(), IsEmpty()) << "no log was read yet";
   EXPECT_THAT(
       log.Lines(),
       ElementsAre(kStart, StartsWith("[BattleNetSearchV2] Error getting Battle.net games: "), kNothing));
@@ -227,17 +224,15 @@ TEST_F(BattleNetSearch, TheLaunchersOwnProductsAreExcluded) {
     games.push_back({id, kRoot + "\\Wren", "w.exe", ""});
   }
   Log(games);
-  const ScanResults results = BattleNetSearchV2({Signature("AGENT")}, "");
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].source, "Battle.net: agent2");
+  EXPECT_THAT(Scan({Signature("AGENT")}), ElementsAre(Expected("w", kRoot + "\\Wren\\w.exe", "agent2")));
 }
 
 TEST_F(BattleNetSearch, TheInstallPathMustExist) {
   Files({"Wren\\w.exe", "file"});
   Log({{"gone", kRoot + "\\gone", "..\\Wren\\w.exe", ""}});
-  EXPECT_THAT(BattleNetSearchV2({}, ""), IsEmpty());
+  EXPECT_THAT(Scan(), IsEmpty());
   Log({{"file", kRoot + "\\file", "..\\Wren\\w.exe", ""}});
-  EXPECT_EQ(Exe({}), "Wren\\w.exe") << "a file will do";
+  EXPECT_THAT(Scan(), ElementsAre(Expected("w", kRoot + "\\Wren\\w.exe", "file"))) << "a file will do";
 }
 
 TEST_F(BattleNetSearch, AnInstallPathThatCannotBeAskedForEndsTheSearch) {
@@ -250,9 +245,9 @@ TEST_F(BattleNetSearch, AnInstallPathThatCannotBeAskedForEndsTheSearch) {
 TEST_F(BattleNetSearch, ThePlainPathStandsInForAMissing64BitOne) {
   Files({"Wren\\w32.exe"});
   Log({{"wren", kRoot + "\\Wren", "w32.exe", "w64.exe"}});
-  EXPECT_EQ(Exe({}), "Wren\\w32.exe");
+  EXPECT_THAT(Scan(), IsWren("Wren\\w32.exe"));
   Files({"Wren\\w64.exe"});
-  EXPECT_EQ(Exe({}), "Wren\\w64.exe") << "where both are there the 64-bit one comes first";
+  EXPECT_THAT(Scan(), IsWren("Wren\\w64.exe")) << "where both are there the 64-bit one comes first";
 }
 
 TEST_F(BattleNetSearch, WithoutAnExecutableNothingIsReportedOrLogged) {
@@ -262,7 +257,7 @@ TEST_F(BattleNetSearch, WithoutAnExecutableNothingIsReportedOrLogged) {
        {"none", kRoot + "\\Wren", "", ""},
        {"folder", kRoot + "\\Wren", "folder.exe", ""}});
   DebugCapture log;
-  EXPECT_THAT(BattleNetSearchV2({Signature("both")}, ""), IsEmpty());
+  EXPECT_THAT(Scan({Signature("both")}), IsEmpty());
   EXPECT_THAT(log.Lines(), ElementsAre(kStart, kNothing));
 }
 
@@ -271,16 +266,13 @@ TEST_F(BattleNetSearch, TheLogsPathIsMadeFull) {
   std::string slashes = kRoot + "\\Wren";
   std::replace(slashes.begin(), slashes.end(), '\\', '/');
   Log({{"wren", slashes, "x/../w.exe", ""}});
-  EXPECT_EQ(Exe({}), "Wren\\w.exe");
+  EXPECT_THAT(Scan(), IsWren("Wren\\w.exe"));
 }
 
 TEST_F(BattleNetSearch, NonAsciiPathsAreFound) {
   Files({"Игры 游戏 é\\w.exe"});
   Log({{"wren", kRoot + "\\Игры 游戏 é", "w.exe", ""}});
-  const ScanResults results = BattleNetSearchV2({}, "");
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].exePath, kRoot + "\\Игры 游戏 é\\w.exe");
-  EXPECT_EQ(results[0].name, "w");
+  EXPECT_THAT(Scan(), ElementsAre(Expected("w", kRoot + "\\Игры 游戏 é\\w.exe", "wren")));
 }
 
 // The catalogue's help
@@ -290,19 +282,16 @@ TEST_F(BattleNetSearch, ASignatureIsFoundByTheExactCode) {
   Log({{"wren", kRoot + "\\Wren", "log.exe", ""}});
   GameSignature signature = Signature("wren");
   signature.DefaultExe = "chosen.exe";
-  EXPECT_EQ(Exe({signature}), "Wren\\chosen.exe");
+  EXPECT_THAT(Scan({signature}), IsWren("Wren\\chosen.exe")) << "without the catalogue's name or address";
   GameSignature upper = signature;
   upper.SourceExId = "WREN";
-  EXPECT_EQ(Exe({upper}), "Wren\\log.exe");
+  EXPECT_THAT(Scan({upper}), IsWren("Wren\\log.exe"));
   GameSignature ofAnotherKind = signature;
   ofAnotherKind.SourceKind = kSourceEa;
-  EXPECT_EQ(Exe({ofAnotherKind}), "Wren\\log.exe");
+  EXPECT_THAT(Scan({ofAnotherKind}), IsWren("Wren\\log.exe"));
   GameSignature later = signature;
   later.DefaultExe = "missing.exe";
-  EXPECT_EQ(Exe({signature, later}), "Wren\\log.exe") << "of two the later one counts";
-  const ScanResults results = BattleNetSearchV2({signature}, "");
-  EXPECT_EQ(results.at(0).name, "chosen") << "the catalogue's name is not used";
-  EXPECT_EQ(results.at(0).launchUrl, "battle.net://launch/wren") << "nor its address";
+  EXPECT_THAT(Scan({signature, later}), IsWren("Wren\\log.exe")) << "of two the later one counts";
 }
 
 TEST_F(BattleNetSearch, TheDefaultExeIsTriedInItsFoldersToo) {
@@ -311,12 +300,12 @@ TEST_F(BattleNetSearch, TheDefaultExeIsTriedInItsFoldersToo) {
   GameSignature signature = Signature("wren");
   signature.DefaultExe = "a.exe";
   signature.DefaultFolderExe = "other\\b.exe||sub\\a.exe";
-  EXPECT_EQ(Exe({signature}), "Wren\\sub\\a.exe");
+  EXPECT_THAT(Scan({signature}), IsWren("Wren\\sub\\a.exe"));
   signature.DefaultFolderExe = "";
   signature.DefaultFolderExe32 = "sub\\a.exe";
-  EXPECT_EQ(Exe({signature}), "Wren\\sub\\a.exe") << "the picker falls back to the 32-bit field";
+  EXPECT_THAT(Scan({signature}), IsWren("Wren\\sub\\a.exe")) << "the picker falls back to the 32-bit field";
   Files({"Wren\\a.exe"});
-  EXPECT_EQ(Exe({signature}), "Wren\\a.exe") << "the folder itself comes first";
+  EXPECT_THAT(Scan({signature}), IsWren("Wren\\a.exe")) << "the folder itself comes first";
 }
 
 TEST_F(BattleNetSearch, The32BitExeGoesWithThe32BitFolders) {
@@ -325,9 +314,9 @@ TEST_F(BattleNetSearch, The32BitExeGoesWithThe32BitFolders) {
   GameSignature signature = Signature("wren");
   signature.DefaultExe32 = "b.exe";
   signature.DefaultFolderExe = "sub\\a.exe";
-  EXPECT_EQ(Exe({signature}), "Wren\\log.exe") << "not with the plain ones";
+  EXPECT_THAT(Scan({signature}), IsWren("Wren\\log.exe")) << "not with the plain ones";
   signature.DefaultFolderExe32 = "sub\\a.exe";
-  EXPECT_EQ(Exe({signature}), "Wren\\sub\\a.exe");
+  EXPECT_THAT(Scan({signature}), IsWren("Wren\\sub\\a.exe"));
 }
 
 TEST_F(BattleNetSearch, The64BitExeGoesWithThePlainFolders) {
@@ -336,9 +325,9 @@ TEST_F(BattleNetSearch, The64BitExeGoesWithThePlainFolders) {
   GameSignature signature = Signature("wren");
   signature.DefaultExe64 = "b.exe";
   signature.DefaultFolderExe64 = "sub\\a.exe";
-  EXPECT_EQ(Exe({signature}), "Wren\\log.exe") << "its own folders are never looked at";
+  EXPECT_THAT(Scan({signature}), IsWren("Wren\\log.exe")) << "its own folders are never looked at";
   signature.DefaultFolderExe = "sub\\a.exe";
-  EXPECT_EQ(Exe({signature}), "Wren\\sub\\a.exe");
+  EXPECT_THAT(Scan({signature}), IsWren("Wren\\sub\\a.exe"));
 }
 
 TEST_F(BattleNetSearch, FoldersWithoutAnExeAreNotTried) {
@@ -346,7 +335,7 @@ TEST_F(BattleNetSearch, FoldersWithoutAnExeAreNotTried) {
   Log({{"wren", kRoot + "\\Wren", "log.exe", ""}});
   GameSignature signature = Signature("wren");
   signature.DefaultFolderExe = signature.DefaultFolderExe32 = signature.DefaultFolderExe64 = "sub\\a.exe";
-  EXPECT_EQ(Exe({signature}), "Wren\\log.exe");
+  EXPECT_THAT(Scan({signature}), IsWren("Wren\\log.exe"));
 }
 
 TEST_F(BattleNetSearch, TheThreeExesAreTriedInOrder) {
@@ -356,11 +345,11 @@ TEST_F(BattleNetSearch, TheThreeExesAreTriedInOrder) {
   signature.DefaultExe32 = "b.exe";
   signature.DefaultExe64 = "c.exe";
   Files({"Wren\\c.exe"});
-  EXPECT_EQ(Exe({signature}), "Wren\\c.exe");
+  EXPECT_THAT(Scan({signature}), IsWren("Wren\\c.exe"));
   Files({"Wren\\b.exe"});
-  EXPECT_EQ(Exe({signature}), "Wren\\b.exe");
+  EXPECT_THAT(Scan({signature}), IsWren("Wren\\b.exe"));
   Files({"Wren\\a.exe"});
-  EXPECT_EQ(Exe({signature}), "Wren\\a.exe");
+  EXPECT_THAT(Scan({signature}), IsWren("Wren\\a.exe"));
 }
 
 // Names
@@ -406,13 +395,13 @@ TEST_F(ExeProductName, IsGivenAsUtf8) {
 TEST_F(BattleNetSearch, AnExeWithoutVersionIsNamedByItsFile) {
   Files({"Wren\\run.me.exe"});
   Log({{"wren", kRoot + "\\Wren", "run.me.exe", ""}});
-  EXPECT_EQ(BattleNetSearchV2({}, "").at(0).name, "run.me");
+  EXPECT_THAT(Scan(), ElementsAre(Expected("run.me", kRoot + "\\Wren\\run.me.exe", "wren")));
 }
 
 TEST_F(BattleNetSearch, AnExeWithoutANameOrDotIsUnknown) {
   Files({"Wren\\plain"});
   Log({{"wren", kRoot + "\\Wren", "plain", ""}});
-  EXPECT_EQ(BattleNetSearchV2({}, "").at(0).name, "Unknown");
+  EXPECT_THAT(Scan(), ElementsAre(Expected("Unknown", kRoot + "\\Wren\\plain", "wren")));
 }
 
 }  // namespace

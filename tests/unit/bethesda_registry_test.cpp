@@ -1,10 +1,7 @@
 #include "launchers/bethesda_registry.h"
 
-#include "desktop/desktop.h"
 #include "foundation/conversions.h"
-#include "support/debug_capture.h"
-#include "support/describe.h"
-#include "support/failing_allocation.h"
+#include "support/strategy_fixture.h"
 #include "support/uninstall_key.h"
 
 #include <gmock/gmock.h>
@@ -36,7 +33,7 @@ GameSignature Signature(const std::string& name, const std::string& url, const s
   return signature;
 }
 
-class BethesdaRegistryTest : public testing::Test {
+class BethesdaRegistryTest : public tests::StrategyTest {
  protected:
   void Launcher() {
     desktop_.String(kLauncherKey, "installLocation", kFolder + "Launcher", View::k32);
@@ -61,9 +58,6 @@ class BethesdaRegistryTest : public testing::Test {
                                       Signature("Doom", "bethesdanet://run/8", "game.exe")}) {
     return tests::Describe(BethesdaRegistrySearch(games, "S-1-5-21"));
   }
-
-  Desktop desktop_;
-  tests::DebugCapture capture_;
 };
 
 std::string Expected(const std::string& name, const std::string& exe, const std::string& key) {
@@ -298,12 +292,7 @@ TEST_F(BethesdaRegistryTest, KeepsWhatItReadBeforeAFailure) {
   const std::string exe = Game("A");
   Game("B");
   Value("B", "Comments", std::string(1800, 'c'));
-  ScanResults results;
-  {
-    tests::FailingAllocation failing(1800);
-    results = BethesdaRegistrySearch({Signature("Doom", "bethesdanet://run/8", "game.exe")}, {});
-  }
-  EXPECT_THAT(tests::Describe(results), ElementsAre(Expected("Doom", exe, "A")));
+  EXPECT_THAT(tests::WithoutMemory(1800, [&] { return Search(); }), ElementsAre(Expected("Doom", exe, "A")));
   EXPECT_THAT(capture_.Lines(),
               ElementsAre(kStart, "[BethesdaRegistry] Error reading Bethesda registry: std::bad_alloc",
                           "[BethesdaRegistry] Found: Doom -> " + exe,

@@ -19,6 +19,8 @@ using tests::kOddName;
 const std::string kFolder = "TarnwickTest\\DefaultExe";
 const std::string kRoot = "C:\\" + kFolder + "\\";
 
+std::string Expected(const std::string& exe) { return "Foo|" + exe + "||DefaultExe Search||1|0|"; }
+
 class DefaultExeSearch : public tests::StrategyTest {
  protected:
   static GameSignature Signature(const std::string& name, const std::string& folder) {
@@ -34,11 +36,8 @@ class DefaultExeSearch : public tests::StrategyTest {
     return Signature(name, kRoot + name);
   }
 
-  // What a scan finds of one game, without its frame lines.
-  static std::vector<std::string> Paths(const GameSignature& signature) {
-    std::vector<std::string> paths;
-    for (const ScanResult& result : ScanDefaultExe({signature}, "")) paths.push_back(result.exePath);
-    return paths;
+  static std::vector<std::string> Scan(const GameSignature& signature) {
+    return Describe(ScanDefaultExe({signature}, "S-1-5-21"));
   }
 };
 
@@ -78,7 +77,7 @@ TEST_F(DefaultExeSearch, SkipsSteamEpicAndTheStore) {
   GameSignature game = Install("Foo");
   for (const int32_t kind : {0, 1, 2, 3, 5, 6, 7, 8, 9, 10, 11, 12, 13}) {
     game.SourceKind = kind;
-    EXPECT_EQ(Paths(game).empty(), kind == 2 || kind == 3 || kind == 9) << kind;
+    EXPECT_EQ(Scan(game).empty(), kind == 2 || kind == 3 || kind == 9) << kind;
   }
 }
 
@@ -86,13 +85,13 @@ TEST_F(DefaultExeSearch, NeedsThePlainExecutableAndAFolder) {
   GameSignature game = Install("Foo");
   game.DefaultExe32 = "foo.exe";
   game.DefaultExe.clear();
-  EXPECT_THAT(Paths(game), IsEmpty());
+  EXPECT_THAT(Scan(game), IsEmpty());
   game.DefaultExe = "foo.exe";
   game.DefaultFolder32 = game.DefaultFolder;
   game.DefaultFolder.clear();
-  EXPECT_THAT(Paths(game), ElementsAre(kRoot + "Foo\\foo.exe"));
+  EXPECT_THAT(Scan(game), ElementsAre(Expected(kRoot + "Foo\\foo.exe")));
   game.DefaultFolder32.clear();
-  EXPECT_THAT(Paths(game), IsEmpty());
+  EXPECT_THAT(Scan(game), IsEmpty());
 }
 
 TEST_F(DefaultExeSearch, AGameOnTwoDrivesGivesTwoResultsInTheOrderOfTheLetters) {
@@ -102,9 +101,8 @@ TEST_F(DefaultExeSearch, AGameOnTwoDrivesGivesTwoResultsInTheOrderOfTheLetters) 
   desktop_.File("Z:\\tmp\\TarnwickTest\\DefaultExe\\foo.exe");
   desktop_.File("C:\\tmp\\TarnwickTest\\DefaultExe\\foo.exe");
   const GameSignature game = Signature("Foo", "C:\\tmp\\TarnwickTest\\DefaultExe");
-  EXPECT_THAT(Describe(ScanDefaultExe({game}, "")),
-              ElementsAre("Foo|C:\\tmp\\TarnwickTest\\DefaultExe\\foo.exe||DefaultExe Search||1|0|",
-                          "Foo|Z:\\tmp\\TarnwickTest\\DefaultExe\\foo.exe||DefaultExe Search||1|0|"));
+  EXPECT_THAT(Scan(game), ElementsAre(Expected("C:\\tmp\\TarnwickTest\\DefaultExe\\foo.exe"),
+                                      Expected("Z:\\tmp\\TarnwickTest\\DefaultExe\\foo.exe")));
   EXPECT_THAT(capture_.Lines(),
               ElementsAre("[DefaultExeSearch] Starting DefaultExe Search...",
                           "[DefaultExeSearch] Found: Foo -> C:\\tmp\\TarnwickTest\\DefaultExe\\foo.exe",
@@ -117,34 +115,34 @@ TEST_F(DefaultExeSearch, AGameOnAnotherDriveThanTheCataloguesIsFound) {
   if (std::find(drives.begin(), drives.end(), "Z:\\") == drives.end())
     GTEST_SKIP() << "no second fixed drive Z:";
   desktop_.File("Z:\\tmp\\TarnwickTest\\DefaultExe\\foo.exe");
-  EXPECT_THAT(Paths(Signature("Foo", "C:\\tmp\\TarnwickTest\\DefaultExe")),
-              ElementsAre("Z:\\tmp\\TarnwickTest\\DefaultExe\\foo.exe"));
+  EXPECT_THAT(Scan(Signature("Foo", "C:\\tmp\\TarnwickTest\\DefaultExe")),
+              ElementsAre(Expected("Z:\\tmp\\TarnwickTest\\DefaultExe\\foo.exe")));
 }
 
 TEST_F(DefaultExeSearch, APathBelowProgramFilesX86IsTriedBelowProgramFiles) {
   desktop_.File("C:\\Program Files\\" + kFolder + "\\foo.exe");
-  EXPECT_THAT(Paths(Signature("Foo", "C:\\Program Files (x86)\\" + kFolder)),
-              ElementsAre("C:\\Program Files\\" + kFolder + "\\foo.exe"));
-  EXPECT_THAT(Paths(Signature("Foo", "%ProgramFiles(x86)%\\" + kFolder)),
-              ElementsAre("C:\\Program Files\\" + kFolder + "\\foo.exe"));
+  EXPECT_THAT(Scan(Signature("Foo", "C:\\Program Files (x86)\\" + kFolder)),
+              ElementsAre(Expected("C:\\Program Files\\" + kFolder + "\\foo.exe")));
+  EXPECT_THAT(Scan(Signature("Foo", "%ProgramFiles(x86)%\\" + kFolder)),
+              ElementsAre(Expected("C:\\Program Files\\" + kFolder + "\\foo.exe")));
 }
 
 TEST_F(DefaultExeSearch, APathBelowProgramFilesX86ThatExistsStays) {
   desktop_.File("C:\\Program Files\\" + kFolder + "\\foo.exe");
   desktop_.File("C:\\Program Files (x86)\\" + kFolder + "\\foo.exe");
-  EXPECT_THAT(Paths(Signature("Foo", "C:\\Program Files (x86)\\" + kFolder)),
-              ElementsAre("C:\\Program Files (x86)\\" + kFolder + "\\foo.exe"));
+  EXPECT_THAT(Scan(Signature("Foo", "C:\\Program Files (x86)\\" + kFolder)),
+              ElementsAre(Expected("C:\\Program Files (x86)\\" + kFolder + "\\foo.exe")));
 }
 
 TEST_F(DefaultExeSearch, APathBelowProgramFilesIsNotTriedBelowTheX86Folder) {
   desktop_.File("C:\\Program Files (x86)\\" + kFolder + "\\foo.exe");
-  EXPECT_THAT(Paths(Signature("Foo", "C:\\Program Files\\" + kFolder)), IsEmpty());
+  EXPECT_THAT(Scan(Signature("Foo", "C:\\Program Files\\" + kFolder)), IsEmpty());
 }
 
 TEST_F(DefaultExeSearch, OtherPathsAreTriedBelowProgramFilesToo) {
   desktop_.File("C:\\Program Files\\" + kFolder + "\\Foo\\foo.exe");
-  EXPECT_THAT(Paths(Signature("Foo", kRoot + "Foo")),
-              ElementsAre("C:\\Program Files\\" + kFolder + "\\Foo\\foo.exe"));
+  EXPECT_THAT(Scan(Signature("Foo", kRoot + "Foo")),
+              ElementsAre(Expected("C:\\Program Files\\" + kFolder + "\\Foo\\foo.exe")));
 }
 
 TEST_F(DefaultExeSearch, TheFurtherPlacesComeBehindAllOthers) {
@@ -152,22 +150,22 @@ TEST_F(DefaultExeSearch, TheFurtherPlacesComeBehindAllOthers) {
   game.DefaultFolderExe = "bin\\bar.exe";
   desktop_.File("C:\\Program Files\\" + kFolder + "\\Foo\\foo.exe");
   desktop_.File(kRoot + "Foo\\bin\\bar.exe");
-  EXPECT_THAT(Paths(game), ElementsAre(kRoot + "Foo\\bin\\bar.exe"));
+  EXPECT_THAT(Scan(game), ElementsAre(Expected(kRoot + "Foo\\bin\\bar.exe")));
 }
 
 // The test for the name is case-sensitive, so such a folder goes below Program Files once more, and no
 // further.
 TEST_F(DefaultExeSearch, ProgramFilesInAnotherCaseIsAnyFolder) {
   desktop_.File("C:\\Program Files\\PROGRAM FILES\\" + kFolder + "\\foo.exe");
-  EXPECT_THAT(Paths(Signature("Foo", "C:\\PROGRAM FILES\\" + kFolder)),
-              ElementsAre("C:\\Program Files\\PROGRAM FILES\\" + kFolder + "\\foo.exe"));
+  EXPECT_THAT(Scan(Signature("Foo", "C:\\PROGRAM FILES\\" + kFolder)),
+              ElementsAre(Expected("C:\\Program Files\\PROGRAM FILES\\" + kFolder + "\\foo.exe")));
 }
 
 TEST_F(DefaultExeSearch, TheTokenThatSwallowsItsBackslashLeadsAstray) {
   desktop_.File("C:\\Program Files\\" + kFolder + "\\foo.exe");
-  EXPECT_THAT(Paths(Signature("Foo", "%ProgramFiles%\\" + kFolder)), IsEmpty());
-  EXPECT_THAT(Paths(Signature("Foo", "%ProgramFiles%\\\\" + kFolder)),
-              ElementsAre("C:\\Program Files\\" + kFolder + "\\foo.exe"));
+  EXPECT_THAT(Scan(Signature("Foo", "%ProgramFiles%\\" + kFolder)), IsEmpty());
+  EXPECT_THAT(Scan(Signature("Foo", "%ProgramFiles%\\\\" + kFolder)),
+              ElementsAre(Expected("C:\\Program Files\\" + kFolder + "\\foo.exe")));
 }
 
 TEST_F(DefaultExeSearch, AFolderThatIsADriveAloneEndsTheStrategy) {
@@ -177,7 +175,7 @@ TEST_F(DefaultExeSearch, AFolderThatIsADriveAloneEndsTheStrategy) {
 
 TEST_F(DefaultExeSearch, AFolderOfTheExecutablesNameIsNoHit) {
   desktop_.Folder(kRoot + "Foo\\foo.exe");
-  EXPECT_THAT(Paths(Signature("Foo", kRoot + "Foo")), IsEmpty());
+  EXPECT_THAT(Scan(Signature("Foo", kRoot + "Foo")), IsEmpty());
 }
 
 TEST(ListFixedDrives, ListsRootsInTheOrderOfTheLetters) {

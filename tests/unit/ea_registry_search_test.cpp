@@ -1,6 +1,5 @@
 #include "launchers/ea_registry_search.h"
 
-#include "support/failing_allocation.h"
 #include "support/strategy_fixture.h"
 #include "support/uninstall_key.h"
 
@@ -198,12 +197,8 @@ TEST_F(EaRegistrySearch, IgnoresTheCatalogue) {
 TEST_F(EaRegistrySearch, KeepsWhatItReadBeforeAFailure) {
   const std::string exe = Game("First", "{F}");
   Publish("Origin Systems", "Last", std::string(3000, 'g'));
-  ScanResults results;
-  {
-    tests::FailingAllocation failing(3000);
-    results = EARegistrySearch({}, {});
-  }
-  EXPECT_THAT(tests::Describe(results), ElementsAre(Expected("First", exe, "{F}")));
+  EXPECT_THAT(tests::WithoutMemory(3000, [&] { return Search(); }),
+              ElementsAre(Expected("First", exe, "{F}")));
   EXPECT_THAT(capture_.Lines(), ElementsAre("[EARegistrySearch] Starting EA Registry Search...",
                                             "[EARegistrySearch] Error reading EA registry: std::bad_alloc",
                                             "[EARegistrySearch] Found: First -> " + exe,

@@ -4,6 +4,7 @@
 #include "foundation/machine/paths.h"
 #include "matching/paths.h"
 #include "support/debug_capture.h"
+#include "support/describe.h"
 #include "support/hostile_texts.h"
 #include "support/locked_path.h"
 
@@ -17,7 +18,6 @@ namespace {
 
 using testing::AllOf;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
 using testing::StartsWith;
@@ -42,6 +42,13 @@ std::string Object(const std::map<std::string, std::string>& members) {
   return text + "}\n";
 }
 
+std::string Expected(const std::string& name, const std::string& exe) {
+  return name + '|' + exe + "||Epic Games Launcher||1|0|";
+}
+
+// What is made of a game of this name whose manifest names no other.
+std::string Expected(const std::string& name) { return Expected(name, kGames + "\\" + name + "\\game.exe"); }
+
 // A desktop with the Epic launcher on it.
 class EpicGamesScan : public testing::Test {
  protected:
@@ -64,10 +71,8 @@ class EpicGamesScan : public testing::Test {
     return folder + "\\game.exe";
   }
 
-  std::vector<std::string> Names(const GameList& games = {}) {
-    std::vector<std::string> names;
-    for (const ScanResult& result : ScanEpicGames(games, "")) names.push_back(result.name);
-    return names;
+  std::vector<std::string> Scan(const GameList& games = {}) {
+    return tests::Describe(ScanEpicGames(games, "S-1-5-21"));
   }
 
   desktop::Desktop desktop_;
@@ -84,7 +89,8 @@ GameSignature Signature(const std::string& appName) {
 TEST_F(EpicGamesScan, ReportsAManifestsGameAndSaysSo) {
   const std::string exe = Game("Wren", {{"DisplayName", "Зимородок — 游戏 é"}});
   DebugCapture log;
-  const ScanResults results = ScanEpicGames({}, "S-1-5-21");
+  EXPECT_THAT(Scan(), ElementsAre(Expected("Зимородок — 游戏 é", exe)))
+      << "its address only finds the signature";
   EXPECT_THAT(
       log.Lines(),
       ElementsAre(
@@ -94,15 +100,6 @@ TEST_F(EpicGamesScan, ReportsAManifestsGameAndSaysSo) {
           "[Epic] Processed 1 .item files", "[Epic] LauncherInstalled.dat not found at: " + kDat,
           "[Epic] Found 1 games (Manifests + LauncherInstalled.dat)",
           "[Epic] Found: Зимородок — 游戏 é -> " + exe, "[Epic] Scan completed! Found 1 games."));
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].name, "Зимородок — 游戏 é");
-  EXPECT_EQ(results[0].exePath, exe);
-  EXPECT_EQ(results[0].launchUrl, "") << "the address only finds the signature";
-  EXPECT_EQ(results[0].source, "Epic Games Launcher");
-  EXPECT_EQ(results[0].displayIcon, "");
-  EXPECT_TRUE(results[0].found);
-  EXPECT_EQ(results[0].sourceKind, 0);
-  EXPECT_EQ(results[0].sourceExId, "");
 }
 
 TEST_F(EpicGamesScan, EveryLineGoesOutWithItsPrefixAndLineFeed) {
@@ -121,7 +118,8 @@ TEST(EpicGamesScanWithoutRegistry, LooksInTheDefaultFolder) {
   desktop.File(dat, "{\"InstallationList\": [" +
                         Object({{"AppName", "Owl"}, {"InstallLocation", kGames + "\\Owl"}}) + "]}");
   DebugCapture log;
-  const ScanResults results = ScanEpicGames({}, "");
+  EXPECT_THAT(tests::Describe(ScanEpicGames({}, "")), ElementsAre(Expected("Owl", kGames + "\\Owl\\owl.exe")))
+      << "named by its AppName";
   EXPECT_THAT(log.Lines(), ElementsAre("[Epic] Starting Epic Games scan...", "[Epic] Registry AppDataPath: ",
                                        "[Epic] Using default path: " + data, "[Epic] Epic Data Path: " + data,
                                        "[Epic] Manifests Path: " + data + "\\Manifests",
@@ -129,8 +127,6 @@ TEST(EpicGamesScanWithoutRegistry, LooksInTheDefaultFolder) {
                                        "[Epic] Found 1 games (Manifests + LauncherInstalled.dat)",
                                        "[Epic] Found: Owl -> " + kGames + "\\Owl\\owl.exe",
                                        "[Epic] Scan completed! Found 1 games."));
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].name, "Owl") << "named by its AppName";
 }
 
 TEST(EpicGamesScanWithoutRegistry, NoLauncherIsNoError) {
@@ -153,7 +149,7 @@ TEST_F(EpicGamesScan, SkipsTheEngineByTheStartOfItsName) {
   Game("UE_");
   Game("TrueUE_");
   Game("ue_game");
-  EXPECT_THAT(Names(), ElementsAre("TrueUE_", "ue_game"));
+  EXPECT_THAT(Scan(), ElementsAre(Expected("TrueUE_"), Expected("ue_game")));
 }
 
 TEST_F(EpicGamesScan, SkipsAddOns) {
@@ -161,19 +157,19 @@ TEST_F(EpicGamesScan, SkipsAddOns) {
   Game("WithoutMain", {{"MainGameAppName", ""}});
   Game("CaseDiffers", {{"MainGameAppName", "casediffers"}});
   Game("Wren");
-  EXPECT_THAT(Names(), ElementsAre("Wren"));
+  EXPECT_THAT(Scan(), ElementsAre(Expected("Wren")));
 }
 
 TEST_F(EpicGamesScan, SkipsAManifestWithoutTheKeyOfItsMainGame) {
   desktop_.File(kGames + "\\x\\game.exe");
   Item("x.item", {{"AppName", "x"}, {"InstallLocation", kGames + "\\x"}});
-  EXPECT_THAT(Names(), IsEmpty());
+  EXPECT_THAT(Scan(), IsEmpty());
 }
 
 TEST_F(EpicGamesScan, SkipsAManifestWithoutAName) {
   Game("x", {{"AppName", ""}, {"MainGameAppName", ""}});
   DebugCapture log;
-  EXPECT_THAT(Names(), IsEmpty()) << "both names are equal, but there is no launch address";
+  EXPECT_THAT(Scan(), IsEmpty()) << "both names are equal, but there is no launch address";
   EXPECT_THAT(log.Lines(), testing::Contains("[Epic] Found 1 games (Manifests + LauncherInstalled.dat)"));
 }
 
@@ -182,12 +178,12 @@ TEST_F(EpicGamesScan, SkipsWhatIsIncomplete) {
   Game("Complete", {{"bIsIncompleteInstall", "false"}});
   Game("Number", {{"bIsIncompleteInstall", "1"}});
   Game("Upper", {{"bIsIncompleteInstall", "True"}});
-  EXPECT_THAT(Names(), ElementsAre("Complete", "Number", "Upper"));
+  EXPECT_THAT(Scan(), ElementsAre(Expected("Complete"), Expected("Number"), Expected("Upper")));
 }
 
 TEST_F(EpicGamesScan, PluginsAreNotFiltered) {
   Game("Plugin", {{"AppCategories", R"(["plugins", "plugins/engine"])"}});
-  EXPECT_THAT(Names(), ElementsAre("Plugin"));
+  EXPECT_THAT(Scan(), ElementsAre(Expected("Plugin")));
 }
 
 TEST_F(EpicGamesScan, SkipsGamesWhoseFolderIsNotThere) {
@@ -196,7 +192,7 @@ TEST_F(EpicGamesScan, SkipsGamesWhoseFolderIsNotThere) {
   Game("File", {{"InstallLocation", kGames + "\\a file"}});
   Game("Empty", {{"InstallLocation", ""}});
   DebugCapture log;
-  EXPECT_THAT(Names(), IsEmpty());
+  EXPECT_THAT(Scan(), IsEmpty());
   EXPECT_THAT(log.Lines(), testing::Contains("[Epic] Found 2 games (Manifests + LauncherInstalled.dat)"))
       << "an entry without a folder isn't even counted";
 }
@@ -215,23 +211,22 @@ TEST_F(EpicGamesScan, SkipsAGameWithoutAnExecutable) {
   desktop_.File(kGames + "\\Removed\\Uninstall.exe");
   Item("Removed.item",
        {{"AppName", "Removed"}, {"MainGameAppName", "Removed"}, {"InstallLocation", kGames + "\\Removed"}});
-  EXPECT_THAT(Names(), IsEmpty());
+  EXPECT_THAT(Scan(), IsEmpty());
 }
 
 TEST_F(EpicGamesScan, TheNameIsTheDisplayNameOrElseTheAppName) {
-  Game("A", {{"DisplayName", "Shown"}});
+  const std::string a = Game("A", {{"DisplayName", "Shown"}});
   Game("B", {{"DisplayName", ""}});
-  Game("C", {{"DisplayName", R"(The \"C\")"}});
-  EXPECT_THAT(Names(), ElementsAre("Shown", "B", R"(The \"C\")"));
+  const std::string c = Game("C", {{"DisplayName", R"(The \"C\")"}});
+  EXPECT_THAT(Scan(), ElementsAre(Expected("Shown", a), Expected("B"), Expected(R"(The \"C\")", c)));
 }
 
 TEST_F(EpicGamesScan, DoubledBackslashesOfTheFileStayInThePath) {
   const std::string folder = R"(C:\\TarnwickTest\\Epic\\Games\\Doubled)";
   Game("Doubled", {{"InstallLocation", folder}});
-  const ScanResults results = ScanEpicGames({}, "");
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_THAT(results[0].exePath, StartsWith(R"(C:\\TarnwickTest\\Epic)"));
-  EXPECT_TRUE(FileExists(results[0].exePath));
+  const std::string exe = folder + "\\game.exe";
+  EXPECT_THAT(Scan(), ElementsAre(Expected("Doubled", exe)));
+  EXPECT_TRUE(FileExists(exe));
 }
 
 TEST_F(EpicGamesScan, BothFilesAreReadAndNotMerged) {
@@ -240,12 +235,7 @@ TEST_F(EpicGamesScan, BothFilesAreReadAndNotMerged) {
                           Object({{"AppName", "Wren"}, {"InstallLocation", kGames + "\\Wren"}}) + "," +
                           Object({{"AppName", "NoFolder"}}) + "]}");
   DebugCapture log;
-  const ScanResults results = ScanEpicGames({}, "");
-  ASSERT_THAT(results, SizeIs(2));
-  EXPECT_EQ(results[0].name, "Shown");
-  EXPECT_EQ(results[1].name, "Wren");
-  EXPECT_EQ(results[0].exePath, exe);
-  EXPECT_EQ(results[1].exePath, exe);
+  EXPECT_THAT(Scan(), ElementsAre(Expected("Shown", exe), Expected("Wren", exe)));
   EXPECT_THAT(log.Lines(),
               AllOf(testing::Contains("[Epic] Found 2 games (Manifests + LauncherInstalled.dat)"),
                     testing::Contains("[Epic] Parsed from dat: Wren"),
@@ -257,24 +247,22 @@ TEST_F(EpicGamesScan, ASignatureIsFoundByItsLaunchAddress) {
   desktop_.File(kGames + "\\Wren\\bin\\chosen.exe");
   GameSignature signature = Signature("Wren");
   signature.DefaultExe = "bin\\chosen.exe";
-  const auto exe = [&](const GameList& games) { return ScanEpicGames(games, "").at(0).exePath; };
-  const std::string chosen = kGames + "\\Wren\\bin\\chosen.exe";
-  const std::string other = kGames + "\\Wren\\game.exe";
-  EXPECT_EQ(exe({signature}), chosen);
-  EXPECT_EQ(ScanEpicGames({signature}, "").at(0).name, "Wren") << "the catalogue's name is not used";
+  const auto chosen = ElementsAre(Expected("Wren", kGames + "\\Wren\\bin\\chosen.exe"));
+  const auto other = ElementsAre(Expected("Wren"));
+  EXPECT_THAT(Scan({signature}), chosen) << "the catalogue's name is not used";
   GameSignature ofAnotherKind = signature;
   ofAnotherKind.SourceKind = kSourceGog;
-  EXPECT_EQ(exe({ofAnotherKind}), other);
+  EXPECT_THAT(Scan({ofAnotherKind}), other);
   GameSignature withoutAddress = signature;
   withoutAddress.LaunchUrl = "";
-  EXPECT_EQ(exe({withoutAddress}), other);
+  EXPECT_THAT(Scan({withoutAddress}), other);
   GameSignature ofAnotherGame = signature;
   ofAnotherGame.LaunchUrl = BuildEpicLaunchUrl("wren");
-  EXPECT_EQ(exe({ofAnotherGame}), other);
+  EXPECT_THAT(Scan({ofAnotherGame}), other);
   GameSignature later = signature;
   later.DefaultExe = "missing.exe";
-  EXPECT_EQ(exe({signature, later}), other) << "of two the later one counts";
-  EXPECT_EQ(exe({later, signature}), chosen);
+  EXPECT_THAT(Scan({signature, later}), other) << "of two the later one counts";
+  EXPECT_THAT(Scan({later, signature}), chosen);
 }
 
 TEST(EpicLaunchUrl, JoinsTheNameAsItStands) {
@@ -285,7 +273,7 @@ TEST(EpicLaunchUrl, JoinsTheNameAsItStands) {
 // Manifests
 
 TEST_F(EpicGamesScan, ReadsOnlyFilesWithTheExtensionInLowerCase) {
-  Game("A");
+  const std::string exe = Game("A");
   for (const char* name : {"b.ITEM", "c.Item", "d.items", "item", ".item", "e.item.bak"}) {
     Item(name, {{"AppName", name}, {"MainGameAppName", name}, {"InstallLocation", kGames + "\\A"}});
   }
@@ -293,7 +281,7 @@ TEST_F(EpicGamesScan, ReadsOnlyFilesWithTheExtensionInLowerCase) {
   Item("sub\\f.item", {{"AppName", "f"}, {"MainGameAppName", "f"}, {"InstallLocation", kGames + "\\A"}});
   Item("имя 游戏.item", {{"AppName", "g"}, {"MainGameAppName", "g"}, {"InstallLocation", kGames + "\\A"}});
   DebugCapture log;
-  EXPECT_THAT(Names(), ElementsAre("A", "g"));
+  EXPECT_THAT(Scan(), ElementsAre(Expected("A"), Expected("g", exe)));
   EXPECT_THAT(log.Lines(), testing::Contains("[Epic] Processed 2 .item files"));
 }
 
@@ -343,7 +331,7 @@ TEST_F(EpicGamesScan, AfterAnErrorTheOtherFileIsStillRead) {
   desktop_.File(kDat, "{\"InstallationList\":[" +
                           Object({{"AppName", "A"}, {"InstallLocation", kGames + "\\A"}}) + "]}");
   const LockedPath lock(kManifests);
-  EXPECT_THAT(Names(), ElementsAre("A"));
+  EXPECT_THAT(Scan(), ElementsAre(Expected("A")));
 }
 
 // LauncherInstalled.dat

@@ -1,9 +1,7 @@
 #include "matching/gameux_info_search.h"
 
-#include "desktop/desktop.h"
 #include "matching/gameux_registry_search.h"
-#include "support/debug_capture.h"
-#include "support/describe.h"
+#include "support/gameux_fixture.h"
 
 #include <gmock/gmock.h>
 
@@ -13,28 +11,15 @@ namespace {
 using desktop::View;
 using testing::ElementsAre;
 using testing::IsEmpty;
-using tests::DebugCapture;
 using tests::Describe;
+using tests::kOddName;
 
 const std::string kRoot = "C:\\TarnwickTest\\GameUxInfo\\";
-const std::string kList = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\GameUX\\Games\\";
-const std::string kOddName = "caf\xC3\xA9 \xD0\x98\xD0\xB3\xD1\x80\xD0\xB0 \xE6\xBC\xA2";
+const std::string& kList = tests::kGameUxList;
 
-class GameUxInfoSearch : public testing::Test {
+class GameUxInfoSearch : public tests::GameUxTest {
  protected:
-  void Set(const std::string& subkey, const std::string& name, const std::string& text,
-           View view = View::k32) {
-    desktop_.String(kList + subkey, name, text, view);
-  }
-  std::string Enter(const std::string& subkey) {
-    const std::string exe = kRoot + subkey + ".exe";
-    desktop_.File(exe);
-    Set(subkey, "AppExePath", exe);
-    return exe;
-  }
-
-  desktop::Desktop desktop_;
-  DebugCapture capture_;
+  std::string Enter(const std::string& subkey) { return GameUxTest::Enter(kRoot, subkey); }
 };
 
 TEST_F(GameUxInfoSearch, LogsItsFrameForAnEmptyList) {

@@ -1,9 +1,7 @@
 #include "matching/gameux_registry_search.h"
 
-#include "desktop/desktop.h"
 #include "foundation/windows_api.h"
-#include "support/debug_capture.h"
-#include "support/describe.h"
+#include "support/gameux_fixture.h"
 
 #include <gmock/gmock.h>
 
@@ -15,27 +13,19 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using tests::DebugCapture;
 using tests::Describe;
+using tests::kOddName;
 
 const std::string kRoot = "C:\\TarnwickTest\\GameUxRegistry\\";
-const std::string kList = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\GameUX\\Games\\";
+const std::string& kList = tests::kGameUxList;
 const std::string kGuid = "7A9C1F40-AAAA-4000-8000-7461726E7769";
 const std::string kOtherGuid = "7A9C1F40-BBBB-4000-8000-7461726E7769";
-const std::string kOddName = "caf\xC3\xA9 \xD0\x98\xD0\xB3\xD1\x80\xD0\xB0 \xE6\xBC\xA2";
 const std::string kEnumerating = "[GameUXRegistrySearch] Enumerating subkeys of: " + kList;
 
-class GameUxRegistrySearch : public testing::Test {
+class GameUxRegistrySearch : public tests::GameUxTest {
  protected:
-  void Set(const std::string& subkey, const std::string& name, const std::string& text,
-           View view = View::k32) {
-    desktop_.String(kList + subkey, name, text, view);
-  }
-  // An entry whose AppExePath exists.
   std::string Enter(const std::string& subkey, const std::string& applicationId) {
-    const std::string exe = kRoot + subkey + ".exe";
-    desktop_.File(exe);
     Set(subkey, "ApplicationId", applicationId);
-    Set(subkey, "AppExePath", exe);
-    return exe;
+    return GameUxTest::Enter(kRoot, subkey);
   }
   static GameSignature Signature(const std::string& name, const std::string& guid) {
     GameSignature signature;
@@ -48,9 +38,6 @@ class GameUxRegistrySearch : public testing::Test {
     ReadGameUxSubkey(kList, subkey, entries);
     return entries;
   }
-
-  desktop::Desktop desktop_;
-  DebugCapture capture_;
 };
 
 TEST_F(GameUxRegistrySearch, LogsItsFrameForAnEmptyList) {

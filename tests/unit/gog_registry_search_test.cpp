@@ -1,6 +1,5 @@
 #include "launchers/gog_registry_search.h"
 
-#include "support/failing_allocation.h"
 #include "support/strategy_fixture.h"
 
 #include <gmock/gmock.h>
@@ -142,12 +141,7 @@ TEST_F(GogRegistrySearchTest, IgnoresTheCatalogue) {
 TEST_F(GogRegistrySearchTest, KeepsWhatItReadBeforeAFailure) {
   const std::string exe = Game("1", "First");
   Game("2", std::string(3000, 'n'), View::k64);
-  ScanResults results;
-  {
-    tests::FailingAllocation failing(3000);
-    results = GogRegistrySearch({}, {});
-  }
-  EXPECT_THAT(tests::Describe(results), ElementsAre(Expected("First", exe, "1")));
+  EXPECT_THAT(tests::WithoutMemory(3000, [&] { return Search(); }), ElementsAre(Expected("First", exe, "1")));
   EXPECT_THAT(capture_.Lines(), ElementsAre("[GogRegistrySearch] Starting GOG Registry Search...",
                                             "[GogRegistrySearch] Error reading GOG registry: std::bad_alloc",
                                             "[GogRegistrySearch] Found: First -> " + exe,

@@ -6,6 +6,7 @@
 #include "foundation/machine/paths.h"
 #include "foundation/windows_api.h"
 #include "support/debug_capture.h"
+#include "support/describe.h"
 #include "support/hostile_texts.h"
 #include "support/locked_path.h"
 
@@ -38,6 +39,14 @@ GameSignature Signature(const std::string& id, const std::string& name = "Wren")
   return signature;
 }
 
+// The launcher's files double their backslashes, and so do the paths made of them.
+const std::string kRootAsRead = R"(C:\\TarnwickTest\\Mihoyo)";
+
+std::string Expected(const std::string& exe, const std::string& id = "wren",
+                     const std::string& name = "Wren") {
+  return name + '|' + exe + "|hyp://" + id + "|Mihoyo Platform: " + id + "||1|0|";
+}
+
 class MihoyoSearch : public testing::Test {
  protected:
   MihoyoSearch() { desktop_.File(kRoot + "\\w.exe"); }
@@ -45,10 +54,8 @@ class MihoyoSearch : public testing::Test {
   void Data(const std::string& folder, const std::vector<MihoyoGame>& games) {
     desktop_.File(folder + "\\gamedata.dat", MihoyoGameDataBytes(games));
   }
-  std::vector<std::string> Exes(const GameList& games) const {
-    std::vector<std::string> exes;
-    for (const ScanResult& result : MihoyoPlatformSearch(games, "")) exes.push_back(result.exePath);
-    return exes;
+  std::vector<std::string> Scan(const GameList& games) const {
+    return tests::Describe(MihoyoPlatformSearch(games, "S-1-5-21"));
   }
 
   const std::string kAppData = KnownFolderPath(KnownFolder::kRoamingData);
@@ -65,24 +72,17 @@ TEST_F(MihoyoSearch, ReportsAGameAndSaysSo) {
   std::replace(slashes.begin(), slashes.end(), '\\', '/');
   Data(kMihoyo + "\\1_0\\deep", {{"wren_cn", slashes, "shortcut"}});
   DebugCapture log;
-  const ScanResults results = MihoyoPlatformSearch({Signature("wren_cn", "Зимородок™")}, "S-1-5-21");
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].name, "Зимородок™") << "the sign stays";
-  EXPECT_TRUE(FileExists(results[0].exePath));
-  EXPECT_EQ(results[0].launchUrl, "hyp://wren_cn");
-  EXPECT_EQ(results[0].source, "Mihoyo Platform: wren_cn");
-  EXPECT_EQ(results[0].displayIcon, "");
-  EXPECT_TRUE(results[0].found);
-  EXPECT_EQ(results[0].sourceKind, 0);
-  EXPECT_EQ(results[0].sourceExId, "");
-  EXPECT_THAT(log.Lines(),
-              ElementsAre(kStart, "[MihoyoPlatformSearch] Found: Зимородок™ -> " + results[0].exePath,
-                          "[MihoyoPlatformSearch] Scan completed! Found 1 games."));
+  const std::string exe = slashes + "\\w.exe";
+  EXPECT_THAT(Scan({Signature("wren_cn", "Зимородок™")}), ElementsAre(Expected(exe, "wren_cn", "Зимородок™")))
+      << "the sign stays";
+  EXPECT_TRUE(FileExists(exe));
+  EXPECT_THAT(log.Lines(), ElementsAre(kStart, "[MihoyoPlatformSearch] Found: Зимородок™ -> " + exe,
+                                       "[MihoyoPlatformSearch] Scan completed! Found 1 games."));
 }
 
 TEST_F(MihoyoSearch, WithoutALauncherNothingIsFound) {
   DebugCapture log;
-  EXPECT_THAT(Exes({Signature("wren")}), IsEmpty());
+  EXPECT_THAT(Scan({Signature("wren")}), IsEmpty());
   EXPECT_THAT(log.Lines(), ElementsAre(kStart, "[MihoyoPlatformSearch] Scan completed! Found 0 games."));
 }
 
@@ -92,7 +92,7 @@ TEST_F(MihoyoSearch, WithoutASignatureNoFileIsTouched) {
   GameSignature ofAnotherKind = Signature("wren");
   ofAnotherKind.SourceKind = kSourceRiot;
   DebugCapture log;
-  EXPECT_THAT(Exes({ofAnotherKind, Signature("")}), IsEmpty());
+  EXPECT_THAT(Scan({ofAnotherKind, Signature("")}), IsEmpty());
   EXPECT_THAT(log.Lines(), ElementsAre(kStart, "[MihoyoPlatformSearch] No Mihoyo games in MGL."))
       << "and no completion line";
 }
@@ -140,7 +140,8 @@ TEST_F(MihoyoSearch, AFolderThatCannotBeListedEndsTheList) {
   DebugCapture log;
   EXPECT_THAT(GetGameDataPaths(0, kAppData), ElementsAre(kMihoyo + "\\a\\gamedata.dat"));
   EXPECT_THAT(log.Lines(), ElementsAre(StartsWith("[MihoyoPlatformSearch] Error getting gamedata paths: ")));
-  EXPECT_THAT(Exes({Signature("wren")}), SizeIs(1)) << "what was found before it counts";
+  EXPECT_THAT(Scan({Signature("wren")}), ElementsAre(Expected(kRootAsRead + "\\w.exe")))
+      << "what was found before it counts";
 }
 
 TEST_F(MihoyoSearch, ARootThatCannotBeAskedForIsAnError) {
@@ -163,7 +164,8 @@ TEST_F(MihoyoSearch, AFileThatCannotBeOpenedHoldsNothing) {
   EXPECT_THAT(ParseGameDataFile(kMihoyo + "\\a\\gamedata.dat"), IsEmpty());
   EXPECT_THAT(ParseGameDataFile(kMihoyo + "\\nothing"), IsEmpty());
   EXPECT_THAT(log.Lines(), IsEmpty());
-  EXPECT_THAT(Exes({Signature("wren")}), SizeIs(1)) << "the next file is still read";
+  EXPECT_THAT(Scan({Signature("wren")}), ElementsAre(Expected(kRootAsRead + "\\w.exe")))
+      << "the next file is still read";
 }
 
 TEST_F(MihoyoSearch, TheFileIsReadAsText) {
@@ -182,52 +184,47 @@ TEST_F(MihoyoSearch, TheFirstEntryOfAnIdCountsAndSoMihoyosBeforeCognospheres) {
   Data(kCognosphere, {{"wren", kRoot + "\\3", ""}, {"owl", kRoot + "\\3", ""}});
   Data(kMihoyo + "\\a", {{"wren", kRoot + "\\1", ""}, {"wren", kRoot + "\\2", ""}});
   Data(kMihoyo + "\\b", {{"wren", kRoot + "\\2", ""}});
-  const ScanResults results = MihoyoPlatformSearch({Signature("wren"), Signature("owl", "Owl")}, "");
-  ASSERT_THAT(results, SizeIs(2));
-  EXPECT_EQ(results[0].name, "Owl") << "in the byte order of their ids";
-  EXPECT_THAT(results[0].exePath, testing::HasSubstr("\\3\\"));
-  EXPECT_THAT(results[1].exePath, testing::HasSubstr("\\1\\"));
+  EXPECT_THAT(Scan({Signature("wren"), Signature("owl", "Owl")}),
+              ElementsAre(Expected(kRootAsRead + R"(\\3\w.exe)", "owl", "Owl"),
+                          Expected(kRootAsRead + R"(\\1\w.exe)")))
+      << "in the byte order of their ids";
 }
 
 TEST_F(MihoyoSearch, AnEarlierEntryCountsEvenIfItsFolderIsGone) {
   Data(kMihoyo, {{"wren", "C:\\gone", ""}});
   Data(kCognosphere, {{"wren", kRoot, ""}});
-  EXPECT_THAT(Exes({Signature("wren")}), IsEmpty());
+  EXPECT_THAT(Scan({Signature("wren")}), IsEmpty());
 }
 
 TEST_F(MihoyoSearch, WhatOnlyTheStandaloneRootKnowsIsNotReported) {
   Data(kStandalone, {{"wren", kRoot, ""}});
   EXPECT_THAT(ParseGameDataFile(kStandalone + "\\gamedata.dat"), SizeIs(1));
-  EXPECT_THAT(Exes({Signature("wren")}), IsEmpty());
+  EXPECT_THAT(Scan({Signature("wren")}), IsEmpty());
 }
 
 TEST_F(MihoyoSearch, TheStandaloneRootIsReadAllTheSame) {
   desktop_.Folder(kStandalone + "\\locked");
   const tests::LockedPath lock(kStandalone + "\\locked");
   DebugCapture log;
-  Exes({Signature("wren")});
+  Scan({Signature("wren")});
   EXPECT_THAT(log.LinesWith("[MihoyoPlatformSearch] Error getting gamedata paths: "), SizeIs(2))
       << "once for the second root, in which it lies, and once for the third";
 }
 
 TEST_F(MihoyoSearch, IdsAreTrimmedForTheComparison) {
   Data(kMihoyo, {{"owl ", kRoot, ""}});
-  const auto sources = [&](const GameList& games) {
-    std::vector<std::string> sources;
-    for (const ScanResult& result : MihoyoPlatformSearch(games, "")) sources.push_back(result.source);
-    return sources;
-  };
-  EXPECT_THAT(sources({Signature("owl")}), ElementsAre("Mihoyo Platform: owl "))
+  const std::string found = "Wren|" + kRootAsRead + "\\w.exe|hyp://";
+  EXPECT_THAT(Scan({Signature("owl")}), ElementsAre(found + "owl|Mihoyo Platform: owl ||1|0|"))
       << "the source keeps its blank";
-  EXPECT_THAT(sources({Signature("\towl \t ")}), SizeIs(1));
-  EXPECT_THAT(sources({Signature("OWL")}), IsEmpty());
-  EXPECT_THAT(sources({Signature("owl\n")}), IsEmpty()) << "blanks and tabs only";
+  EXPECT_THAT(Scan({Signature("\towl \t ")}), ElementsAre(found + "\towl \t |Mihoyo Platform: owl ||1|0|"));
+  EXPECT_THAT(Scan({Signature("OWL")}), IsEmpty());
+  EXPECT_THAT(Scan({Signature("owl\n")}), IsEmpty()) << "blanks and tabs only";
 }
 
 TEST_F(MihoyoSearch, OfEqualIdsTheLaterSignatureCounts) {
   Data(kMihoyo, {{"wren", kRoot, ""}});
-  EXPECT_EQ(MihoyoPlatformSearch({Signature("wren", "First"), Signature(" wren ", "Second")}, "").at(0).name,
-            "Second");
+  EXPECT_THAT(Scan({Signature("wren", "First"), Signature(" wren ", "Second")}),
+              ElementsAre("Second|" + kRootAsRead + "\\w.exe|hyp:// wren |Mihoyo Platform: wren||1|0|"));
 }
 
 TEST_F(MihoyoSearch, AnIdOfBlanksAloneIsAnIdToo) {
@@ -240,35 +237,34 @@ TEST_F(MihoyoSearch, TheRunningExeComesBeforeTheDefaultExe) {
   Data(kMihoyo, {{"wren", kRoot, ""}});
   GameSignature signature = Signature("wren");
   signature.DefaultExe = "d.exe";
-  EXPECT_THAT(Exes({signature}), ElementsAre(R"(C:\\TarnwickTest\\Mihoyo\w.exe)"))
-      << "the file's doubled backslashes stay";
+  EXPECT_THAT(Scan({signature}), ElementsAre(Expected(kRootAsRead + "\\w.exe")));
   signature.RunningExe = "gone.exe";
-  EXPECT_THAT(Exes({signature}), IsEmpty()) << "the default one isn't tried";
+  EXPECT_THAT(Scan({signature}), IsEmpty()) << "the default one isn't tried";
   signature.RunningExe = "";
-  EXPECT_THAT(Exes({signature}), ElementsAre(R"(C:\\TarnwickTest\\Mihoyo\d.exe)"));
+  EXPECT_THAT(Scan({signature}), ElementsAre(Expected(kRootAsRead + "\\d.exe")));
   signature.DefaultExe = "";
   signature.DefaultExe32 = "d.exe";
-  EXPECT_THAT(Exes({signature}), IsEmpty());
+  EXPECT_THAT(Scan({signature}), IsEmpty());
 }
 
 TEST_F(MihoyoSearch, WithoutAnInstallPathTheExeStandsAlone) {
   desktop_.File(kMihoyo + "\\gamedata.dat", R"({"gameBiz":"wren"})");
-  EXPECT_THAT(Exes({Signature("wren")}), IsEmpty());
+  EXPECT_THAT(Scan({Signature("wren")}), IsEmpty());
   GameSignature signature = Signature("wren");
   signature.RunningExe = kRoot + "\\w.exe";
-  EXPECT_THAT(Exes({signature}), ElementsAre(kRoot + "\\w.exe"));
+  EXPECT_THAT(Scan({signature}), ElementsAre(Expected(kRoot + "\\w.exe")));
 }
 
 TEST_F(MihoyoSearch, AFolderIsNoExecutable) {
   desktop_.Folder(kRoot + "\\sub\\w.exe");
   Data(kMihoyo, {{"wren", kRoot + "\\sub", ""}});
-  EXPECT_THAT(Exes({Signature("wren")}), IsEmpty());
+  EXPECT_THAT(Scan({Signature("wren")}), IsEmpty());
 }
 
 TEST_F(MihoyoSearch, FilesWithoutMeaningHoldNothing) {
   for (const std::string& bytes : tests::MeaninglessTexts(R"({"gameBiz":"wren"})")) {
     desktop_.File(kMihoyo + "\\gamedata.dat", bytes);
-    EXPECT_THAT(Exes({Signature("wren")}), IsEmpty());
+    EXPECT_THAT(Scan({Signature("wren")}), IsEmpty());
   }
 }
 

@@ -5,6 +5,7 @@
 #include "foundation/machine/known_folders.h"
 #include "foundation/windows_api.h"
 #include "support/debug_capture.h"
+#include "support/describe.h"
 #include "support/hostile_texts.h"
 #include "support/locked_path.h"
 
@@ -37,6 +38,10 @@ GameSignature Signature(const std::string& name, const std::string& runningExe) 
   return signature;
 }
 
+std::string Expected(const std::string& name, const std::string& exe) {
+  return name + '|' + exe + "|riot://" + name + "|Riot Platform||1|0|";
+}
+
 class RiotSearch : public testing::Test {
  protected:
   // A product's metadata that names the folder, and the folder itself.
@@ -44,10 +49,8 @@ class RiotSearch : public testing::Test {
     desktop_.File(kMetadata + "\\" + id + "\\" + id + ".yaml", RiotProductSettingsText(folder));
     desktop_.Folder(folder);
   }
-  std::vector<std::string> Names(const GameList& games) const {
-    std::vector<std::string> names;
-    for (const ScanResult& result : RiotPlatformSearch(games, "")) names.push_back(result.name);
-    return names;
+  std::vector<std::string> Scan(const GameList& games) const {
+    return tests::Describe(RiotPlatformSearch(games, "S-1-5-21"));
   }
 
   const std::string kAppData = KnownFolderPath(KnownFolder::kCommonData);
@@ -65,8 +68,9 @@ TEST_F(RiotSearch, ReportsAGameAndSaysSo) {
   Product("valorant.live", slashes);
   desktop_.File(kGame + "\\VALORANT.exe");
   DebugCapture log;
-  const ScanResults results = RiotPlatformSearch({Signature("VALORANT™", "VALORANT.exe")}, "S-1-5-21");
   const std::string exe = kGame + "\\VALORANT.exe";
+  EXPECT_THAT(Scan({Signature("VALORANT™", "VALORANT.exe")}), ElementsAre(Expected("VALORANT™", exe)))
+      << "the sign stays";
   EXPECT_THAT(log.Lines(),
               ElementsAre(kP + "Starting Riot Platform Search...", kP + "Checking JSON path: " + kJson,
                           kP + "Riot Launch Helper: C:/Riot Games/Клиент.exe",
@@ -76,22 +80,13 @@ TEST_F(RiotSearch, ReportsAGameAndSaysSo) {
                           kP + "Game Folder: " + slashes, kP + "MGL Riot Games count: 1",
                           kP + "Checking VALORANT: " + exe, kP + "Match found! VALORANT™ at " + exe,
                           kP + "Found: VALORANT™ -> " + exe, kP + "Scan completed! Found 1 games."));
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].name, "VALORANT™") << "the sign stays";
-  EXPECT_EQ(results[0].exePath, exe);
-  EXPECT_EQ(results[0].launchUrl, "riot://VALORANT™");
-  EXPECT_EQ(results[0].source, "Riot Platform");
-  EXPECT_EQ(results[0].displayIcon, "");
-  EXPECT_TRUE(results[0].found);
-  EXPECT_EQ(results[0].sourceKind, 0);
-  EXPECT_EQ(results[0].sourceExId, "");
 }
 
 TEST_F(RiotSearch, WithoutTheJsonFileTheSearchGoesOn) {
   Product("lol.live", kGame);
   desktop_.File(kGame + "\\lol.exe");
   DebugCapture log;
-  EXPECT_THAT(Names({Signature("LoL", "lol.exe")}), ElementsAre("LoL"));
+  EXPECT_THAT(Scan({Signature("LoL", "lol.exe")}), ElementsAre(Expected("LoL", kGame + "\\lol.exe")));
   EXPECT_THAT(
       log.Lines(),
       ElementsAre(kP + "Starting Riot Platform Search...", kP + "Checking JSON path: " + kJson,
@@ -202,7 +197,7 @@ TEST_F(RiotSearch, ADirectoryWithoutAYamlFileIsPassedOver) {
 TEST_F(RiotSearch, AFolderThatIsGoneIsNamed) {
   desktop_.File(kMetadata + "\\a.live\\a.yaml", RiotProductSettingsText(kRoot + "\\gone"));
   DebugCapture log;
-  EXPECT_THAT(Names({}), IsEmpty());
+  EXPECT_THAT(Scan({}), IsEmpty());
   EXPECT_THAT(log.Lines(),
               testing::Contains(kP + "Game folder from YAML invalid or not exists: " + kRoot + "\\gone"));
   EXPECT_EQ(log.Lines().back(), kP + "No Riot game folders found.");
@@ -212,7 +207,7 @@ TEST_F(RiotSearch, AFolderThatIsAFileIsPassedOverLater) {
   desktop_.File(kRoot + "\\file");
   desktop_.File(kMetadata + "\\a.live\\a.yaml", RiotProductSettingsText(kRoot + "\\file"));
   DebugCapture log;
-  EXPECT_THAT(Names({}), IsEmpty());
+  EXPECT_THAT(Scan({}), IsEmpty());
   const std::vector<std::string> lines = log.Lines();
   ASSERT_GE(lines.size(), 5u);
   EXPECT_THAT(std::vector<std::string>(lines.end() - 5, lines.end()),
@@ -238,7 +233,8 @@ TEST_F(RiotSearch, ADirectoryThatCannotBeListedEndsTheList) {
   desktop_.File(kGame + "\\lol.exe");
   const tests::LockedPath lock(kMetadata + "\\b.live");
   DebugCapture log;
-  EXPECT_THAT(Names({Signature("LoL", "lol.exe")}), ElementsAre("LoL")) << "what was found before it counts";
+  EXPECT_THAT(Scan({Signature("LoL", "lol.exe")}), ElementsAre(Expected("LoL", kGame + "\\lol.exe")))
+      << "what was found before it counts";
   EXPECT_THAT(log.LinesWith(kP + "Error"), ElementsAre(StartsWith(kP + "Error getting Riot game folders: ")));
   EXPECT_THAT(log.Lines(), testing::Contains(kP + "Found 1 Riot game folders."));
 }
@@ -277,7 +273,8 @@ TEST_F(RiotSearch, TheLowerKeyInByteOrderWins) {
   desktop_.File(kGame + "\\a.exe");
   desktop_.File(kGame + "\\Z.exe");
   DebugCapture log;
-  EXPECT_THAT(Names({Signature("Lower", "a.exe"), Signature("Upper", "Z.exe")}), ElementsAre("Upper"))
+  EXPECT_THAT(Scan({Signature("Lower", "a.exe"), Signature("Upper", "Z.exe")}),
+              ElementsAre(Expected("Upper", kGame + "\\Z.exe")))
       << "one game for each folder";
   EXPECT_THAT(log.LinesWith(kP + "Match"), SizeIs(1));
 }
@@ -286,7 +283,8 @@ TEST_F(RiotSearch, EqualFoldersGiveEqualResults) {
   Product("a.live", kGame);
   Product("b.live", kGame);
   desktop_.File(kGame + "\\a.exe");
-  EXPECT_THAT(Names({Signature("A", "a.exe")}), ElementsAre("A", "A"));
+  const std::string expected = Expected("A", kGame + "\\a.exe");
+  EXPECT_THAT(Scan({Signature("A", "a.exe")}), ElementsAre(expected, expected));
 }
 
 TEST_F(RiotSearch, OnlyRiotsSignaturesWithARunningExeCount) {
@@ -297,15 +295,16 @@ TEST_F(RiotSearch, OnlyRiotsSignaturesWithARunningExeCount) {
   GameSignature ofAnotherKind = Signature("Other", "a.exe");
   ofAnotherKind.SourceKind = kSourceMihoyo;
   DebugCapture log;
-  EXPECT_THAT(Names({withoutExe, ofAnotherKind}), IsEmpty());
+  EXPECT_THAT(Scan({withoutExe, ofAnotherKind}), IsEmpty());
   EXPECT_THAT(log.Lines(), testing::Contains(kP + "MGL Riot Games count: 0"));
-  EXPECT_THAT(Names({Signature("First", "a.exe"), Signature("Second", "a.exe")}), ElementsAre("Second"));
+  EXPECT_THAT(Scan({Signature("First", "a.exe"), Signature("Second", "a.exe")}),
+              ElementsAre(Expected("Second", kGame + "\\a.exe")));
 }
 
 TEST_F(RiotSearch, AFolderIsNoExecutable) {
   Product("a.live", kGame);
   desktop_.Folder(kGame + "\\a.exe");
-  EXPECT_THAT(Names({Signature("A", "a.exe")}), IsEmpty());
+  EXPECT_THAT(Scan({Signature("A", "a.exe")}), IsEmpty());
 }
 
 TEST_F(RiotSearch, ValorantIsOnlyMentioned) {
@@ -324,10 +323,7 @@ TEST_F(RiotSearch, TheCandidateIsMadeFull) {
   desktop_.File(kRoot + "\\игра é\\a.exe");
   GameSignature signature = Signature("A", "..\\..\\игра é\\a.exe");
   signature.LaunchUrl = "";
-  const ScanResults results = RiotPlatformSearch({signature}, "");
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].exePath, kRoot + "\\игра é\\a.exe");
-  EXPECT_EQ(results[0].launchUrl, "");
+  EXPECT_THAT(Scan({signature}), ElementsAre("A|" + kRoot + "\\игра é\\a.exe||Riot Platform||1|0|"));
 }
 
 TEST_F(RiotSearch, YamlFilesWithoutMeaningNameNoFolder) {

@@ -3,6 +3,7 @@
 #include "foundation/conversions.h"
 #include "foundation/seh_guard.h"
 #include "support/debug_capture.h"
+#include "support/describe.h"
 #include "support/steam_bytes.h"
 #include "support/steam_world.h"
 #include "support/uninstall_key.h"
@@ -48,6 +49,14 @@ struct World : SteamWorld {
   void Cache(const std::string& records) { d.File(kAppInfo, bytes.File(records)); }
 };
 
+std::string Expected(const std::string& name, const std::string& exe, const std::string& id = "400") {
+  return name + '|' + exe + "|steam://run/" + id + "|Steam AppInfo: " + id + "||1|0|";
+}
+
+std::vector<std::string> Scan() {
+  return tests::Describe(ScanSteamAppInfo({tests::SteamSignature("400", "ignored", "x.exe")}, "S-1-5-21"));
+}
+
 // The lines behind those of the index.
 std::vector<std::string> AppLines() {
   const DebugCapture log;
@@ -64,23 +73,14 @@ TEST(SteamAppInfoScan, AnInstalledAppIsFound) {
   const std::string folder = kRoot + "\\Портал 门";
   world.d.File(folder + "\\bin\\portal é.exe");
   world.UninstallKey("Steam App 400", "ignored", folder);
-  const DebugCapture log;
-  const ScanResults results =
-      ScanSteamAppInfo({tests::SteamSignature("400", "ignored", "x.exe")}, "S-1-5-21");
   const std::string exe = folder + "\\bin\\portal é.exe";
+  const DebugCapture log;
+  EXPECT_THAT(Scan(), ElementsAre(Expected("Портал 门", exe)));
   EXPECT_THAT(
       log.Lines(),
       ElementsAre(kStart, Installed(1), "[SteamAppInfo] Header Magic: 0x75644, Version: 40", kIndexing,
                   "[SteamAppInfo] Indexed 1 apps.", "  - Checking ExePath: " + exe + " -> FOUND",
                   "[SteamAppInfo] Found: Портал 门 (400) -> " + exe, Completed(1)));
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].name, "Портал 门");
-  EXPECT_EQ(results[0].exePath, exe);
-  EXPECT_EQ(results[0].launchUrl, "steam://run/400");
-  EXPECT_EQ(results[0].source, "Steam AppInfo: 400");
-  EXPECT_TRUE(results[0].found);
-  EXPECT_EQ(results[0].displayIcon + results[0].sourceExId, "");
-  EXPECT_EQ(results[0].sourceKind, 0);
 }
 
 TEST(SteamAppInfoScan, VersionFortyOneIsReadToo) {
@@ -89,7 +89,7 @@ TEST(SteamAppInfoScan, VersionFortyOneIsReadToo) {
   world.Cache(world.bytes.Record(400, world.bytes.App("Portal", "portal.exe")));
   world.d.File(kRoot + "\\Portal\\portal.exe");
   world.UninstallKey("Steam App 400", "x", kRoot + "\\Portal");
-  EXPECT_THAT(ScanSteamAppInfo({}, ""), SizeIs(1));
+  EXPECT_THAT(Scan(), ElementsAre(Expected("Portal", kRoot + "\\Portal\\portal.exe")));
 }
 
 // --- Early exits
@@ -118,7 +118,7 @@ TEST(SteamAppInfoScan, WithoutTheCacheTheScanEndsWithoutItsCompletionLine) {
 
 TEST(SteamAppInfoScan, ASteamFolderThatIsGoneFailsAtTheCache) {
   SteamWorld world{kSteam};
-  world.d.String(R"(HKEY_LOCAL_MACHINE\SOFTWARE\Valve\Steam)", "InstallPath", kSteam);
+  world.NameMissingSteam();
   world.UninstallKey("Steam App 400", "x", kRoot);
   const DebugCapture log;
   ScanSteamAppInfo({}, "");
@@ -173,10 +173,7 @@ TEST(SteamAppInfoScan, AnIdIsItsLeadingNumberAndKeepsItsText) {
   world.Cache(world.bytes.Record(12, world.bytes.App("twelve", "g.exe")));
   world.d.File(kRoot + "\\G\\g.exe");
   world.UninstallKey("Steam App 12x", "x", kRoot + "\\G");
-  const ScanResults results = ScanSteamAppInfo({}, "");
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].launchUrl, "steam://run/12x");
-  EXPECT_EQ(results[0].source, "Steam AppInfo: 12x");
+  EXPECT_THAT(Scan(), ElementsAre(Expected("twelve", kRoot + "\\G\\g.exe", "12x")));
 }
 
 TEST(SteamAppInfoScan, AnEmptyNameIsReportedAllTheSame) {
@@ -184,9 +181,7 @@ TEST(SteamAppInfoScan, AnEmptyNameIsReportedAllTheSame) {
   world.Cache(world.bytes.Record(400, world.bytes.App("", "g.exe")));
   world.d.File(kRoot + "\\G\\g.exe");
   world.UninstallKey("Steam App 400", "x", kRoot + "\\G");
-  const ScanResults results = ScanSteamAppInfo({}, "");
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].name, "");
+  EXPECT_THAT(Scan(), ElementsAre(Expected("", kRoot + "\\G\\g.exe")));
 }
 
 TEST(SteamAppInfoScan, QuotesAndALeadingBackslashGoBeforeTheJoin) {
@@ -194,9 +189,7 @@ TEST(SteamAppInfoScan, QuotesAndALeadingBackslashGoBeforeTheJoin) {
   world.Cache(world.bytes.Record(400, world.bytes.App("n", "\\g.exe")));
   world.d.File(kRoot + "\\G\\g.exe");
   world.UninstallKey("Steam App 400", "x", "\"" + kRoot + "\\G\"");
-  const ScanResults results = ScanSteamAppInfo({}, "");
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].exePath, kRoot + "\\G\\g.exe");
+  EXPECT_THAT(Scan(), ElementsAre(Expected("n", kRoot + "\\G\\g.exe")));
 }
 
 TEST(SteamAppInfoScan, AppsComeInTheOrderOfTheirTexts) {
@@ -206,11 +199,9 @@ TEST(SteamAppInfoScan, AppsComeInTheOrderOfTheirTexts) {
   world.Cache(records);
   world.d.File(kRoot + "\\G\\g.exe");
   for (const std::string id : {"9", "10", "100"}) world.UninstallKey("Steam App " + id, "x", kRoot + "\\G");
-  const ScanResults results = ScanSteamAppInfo({}, "");
-  ASSERT_THAT(results, SizeIs(3));
-  EXPECT_EQ(results[0].source, "Steam AppInfo: 10");
-  EXPECT_EQ(results[1].source, "Steam AppInfo: 100");
-  EXPECT_EQ(results[2].source, "Steam AppInfo: 9");
+  const std::string exe = kRoot + "\\G\\g.exe";
+  EXPECT_THAT(Scan(),
+              ElementsAre(Expected("n", exe, "10"), Expected("n", exe, "100"), Expected("n", exe, "9")));
 }
 
 // --- The cache's own failures

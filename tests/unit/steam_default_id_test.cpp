@@ -2,6 +2,7 @@
 
 #include "foundation/windows_api.h"
 #include "support/debug_capture.h"
+#include "support/describe.h"
 #include "support/steam_world.h"
 
 #include <gmock/gmock.h>
@@ -31,6 +32,15 @@ GameSignature Signature(const std::string& id, const std::string& name, const st
 const std::string kPortalFolder = R"(%ProgramFiles(x86)%\Steam\steamapps\common\Portal)";
 const std::string kPortalExe = kSteam + R"(\steamapps\common\Portal\g.exe)";
 
+std::vector<std::string> Scan(const GameList& games) {
+  return tests::Describe(ScanSteamDefaultId(games, "S-1-5-21"));
+}
+
+std::string Expected(const std::string& name, const std::string& exe = kPortalExe,
+                     const std::string& id = "400") {
+  return name + '|' + exe + "|steam://run/" + id + "|Steam ID: " + id + "||1|0|";
+}
+
 // A Steam that has Portal, app 400, in its own library.
 struct World : SteamWorld {
   World() : SteamWorld{kSteam} {
@@ -46,35 +56,27 @@ struct World : SteamWorld {
 // The lines of a scan that finds nothing are its frame alone.
 void ExpectSilence(const GameSignature& game) {
   const DebugCapture log;
-  EXPECT_THAT(ScanSteamDefaultId({game}, ""), IsEmpty());
+  EXPECT_THAT(Scan({game}), IsEmpty());
   EXPECT_THAT(log.Lines(), ElementsAre(kStart, Completed(0)));
 }
 
 TEST(SteamDefaultId, AnInstalledGameInSteamsOwnLibraryIsFound) {
   World world;
   const DebugCapture log;
-  const ScanResults results = ScanSteamDefaultId({Signature("400", "Портал™", kPortalFolder)}, "S-1-5-21");
+  EXPECT_THAT(Scan({Signature("400", "Портал™", kPortalFolder)}), ElementsAre(Expected("Портал™")));
   EXPECT_THAT(log.Lines(),
               ElementsAre(kStart, "[SteamDefaultId] Found: Портал™ -> " + kPortalExe, Completed(1)));
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].name, "Портал™");
-  EXPECT_EQ(results[0].exePath, kPortalExe);
-  EXPECT_EQ(results[0].launchUrl, "steam://run/400");
-  EXPECT_EQ(results[0].source, "Steam ID: 400");
-  EXPECT_TRUE(results[0].found);
-  EXPECT_EQ(results[0].displayIcon + results[0].sourceExId, "");
-  EXPECT_EQ(results[0].sourceKind, 0);
 }
 
 TEST(SteamDefaultId, WithoutSteamTheScanEndsWithoutItsCompletionLine) {
   const DebugCapture log;
-  EXPECT_THAT(ScanSteamDefaultId({Signature("400", "Portal", kPortalFolder)}, ""), IsEmpty());
+  EXPECT_THAT(Scan({Signature("400", "Portal", kPortalFolder)}), IsEmpty());
   EXPECT_THAT(log.Lines(), ElementsAre(kStart, "[SteamDefaultId] Steam path not found."));
 }
 
 TEST(SteamDefaultId, ASteamFolderThatIsGoneIsNotFound) {
   SteamWorld world{kSteam};
-  world.d.String(R"(HKEY_LOCAL_MACHINE\SOFTWARE\Valve\Steam)", "InstallPath", kSteam);
+  world.NameMissingSteam();
   const DebugCapture log;
   ScanSteamDefaultId({}, "");
   EXPECT_THAT(log.Lines(), ElementsAre(kStart, "[SteamDefaultId] Steam path not found."));
@@ -83,13 +85,11 @@ TEST(SteamDefaultId, ASteamFolderThatIsGoneIsNotFound) {
 TEST(SteamDefaultId, ResultsComeInTheCataloguesOrder) {
   World world;
   world.Installed("10", 1);
-  world.d.File(kSteam + R"(\steamapps\common\Ten\g.exe)");
-  const ScanResults results = ScanSteamDefaultId(
-      {Signature("400", "Portal", kPortalFolder), Signature("10", "Ten", R"(C:\Steam\steamapps\common\Ten)")},
-      "");
-  ASSERT_THAT(results, SizeIs(2));
-  EXPECT_EQ(results[0].name, "Portal");
-  EXPECT_EQ(results[1].name, "Ten");
+  const std::string exe = kSteam + R"(\steamapps\common\Ten\g.exe)";
+  world.d.File(exe);
+  EXPECT_THAT(Scan({Signature("400", "Portal", kPortalFolder),
+                    Signature("10", "Ten", R"(C:\Steam\steamapps\common\Ten)")}),
+              ElementsAre(Expected("Portal"), Expected("Ten", exe, "10")));
 }
 
 TEST(SteamDefaultId, EverythingThatASignatureNeedsIsNeeded) {
@@ -112,7 +112,7 @@ TEST(SteamDefaultId, EverythingThatASignatureNeedsIsNeeded) {
   game.DefaultFolder = "";
   game.DefaultFolder32 = kPortalFolder;
   ExpectSilence(game);
-  EXPECT_THAT(ScanSteamDefaultId({good}, ""), SizeIs(1));
+  EXPECT_THAT(Scan({good}), ElementsAre(Expected("Portal")));
 }
 
 TEST(SteamDefaultId, AnInstalledValueOtherThanOneIsPassedOverWithoutALine) {
@@ -138,28 +138,24 @@ TEST(SteamDefaultId, AFolderWithoutSteamappsIsPassedOverWithoutALine) {
 
 TEST(SteamDefaultId, SteamappsCountsInAnyLetterCase) {
   World world;
-  const ScanResults results =
-      ScanSteamDefaultId({Signature("400", "Portal", R"(X:\y\SteamApps\common\Portal)")}, "");
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].exePath, kSteam + R"(\SteamApps\common\Portal\g.exe)");
+  EXPECT_THAT(Scan({Signature("400", "Portal", R"(X:\y\SteamApps\common\Portal)")}),
+              ElementsAre(Expected("Portal", kSteam + R"(\SteamApps\common\Portal\g.exe)")));
 }
 
 TEST(SteamDefaultId, AFolderThatBeginsWithSteamappsIsPassedOverAndTheNextSignatureTaken) {
   World world;
   const DebugCapture log;
-  EXPECT_THAT(ScanSteamDefaultId({Signature("400", "No", R"(steamapps\common\Portal)"),
-                                  Signature("400", "Yes", R"(\steamapps\common\Portal)")},
-                                 ""),
-              SizeIs(1));
+  EXPECT_THAT(Scan({Signature("400", "No", R"(steamapps\common\Portal)"),
+                    Signature("400", "Yes", R"(\steamapps\common\Portal)")}),
+              ElementsAre(Expected("Yes")));
   EXPECT_THAT(log.Lines(), ElementsAre(kStart, "[SteamDefaultId] Found: Yes -> " + kPortalExe, Completed(1)));
 }
 
 TEST(SteamDefaultId, TheFirstSteamappsCounts) {
   World world;
   world.d.File(kSteam + R"(\steamapps\x\steamapps\g.exe)");
-  const ScanResults results = ScanSteamDefaultId({Signature("400", "p", R"(C:\steamapps\x\steamapps)")}, "");
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].exePath, kSteam + R"(\steamapps\x\steamapps\g.exe)");
+  EXPECT_THAT(Scan({Signature("400", "p", R"(C:\steamapps\x\steamapps)")}),
+              ElementsAre(Expected("p", kSteam + R"(\steamapps\x\steamapps\g.exe)")));
 }
 
 TEST(SteamDefaultId, AnExecutableThatIsGoneOrAFolderIsPassedOver) {
@@ -176,7 +172,7 @@ TEST(SteamDefaultId, AnEmptyFileIsSkippedWithALine) {
   const std::string exe = kSteam + R"(\steamapps\common\Empty\g.exe)";
   world.d.File(exe, "");
   const DebugCapture log;
-  EXPECT_THAT(ScanSteamDefaultId({Signature("401", "Empty", R"(C:\steamapps\common\Empty)")}, ""), IsEmpty());
+  EXPECT_THAT(Scan({Signature("401", "Empty", R"(C:\steamapps\common\Empty)")}), IsEmpty());
   EXPECT_THAT(log.Lines(),
               ElementsAre(kStart, "[SteamDefaultId] Skipping 0-byte file: " + exe, Completed(0)));
 }

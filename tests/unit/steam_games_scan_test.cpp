@@ -4,6 +4,7 @@
 #include "foundation/windows_api.h"
 #include "matching/registry.h"
 #include "support/debug_capture.h"
+#include "support/describe.h"
 #include "support/steam_world.h"
 #include "support/uninstall_key.h"
 
@@ -46,6 +47,19 @@ std::vector<std::string> ScanLog(const GameList& games) {
 
 SignatureIndex ById(const GameSignature& game) { return {{game.SourceExId, game}}; }
 
+std::vector<std::string> Scan(const GameList& games) {
+  return tests::Describe(ScanSteamGames(games, "S-1-5-21"));
+}
+
+// What is made of a game that an Uninstall key names, and of one in a library.
+std::string FromKey(const std::string& name, const std::string& exe, const std::string& id,
+                    const std::string& words = "Steam App ") {
+  return name + '|' + exe + "|steam://run/" + id + '|' + tests::kUninstallKey + words + id + "||1|0|";
+}
+std::string FromLibrary(const std::string& name, const std::string& exe, const std::string& id) {
+  return name + '|' + exe + "|steam://run/" + id + "|Steam App " + id + "||1|0|";
+}
+
 // --- The scan's frame
 
 TEST(SteamGamesScan, WithoutSteamTheRegistryPassStillRuns) {
@@ -54,19 +68,11 @@ TEST(SteamGamesScan, WithoutSteamTheRegistryPassStillRuns) {
   world.d.File(folder + "\\g.exe");
   world.UninstallKey("Steam App 400", "Game", folder);
   const DebugCapture log;
-  const ScanResults results = ScanSteamGames({SteamSignature("400", "Catalogue", "g.exe")}, "");
+  EXPECT_THAT(Scan({SteamSignature("400", "Catalogue", "g.exe")}),
+              ElementsAre(FromKey("Game", folder + "\\g.exe", "400")));
   EXPECT_THAT(log.Lines(), ElementsAre("[Steam] Starting Steam game scan...", UninstallCount(),
                                        "[Steam] Found (Registry): Game (ID: 400) -> " + folder + "\\g.exe",
                                        "[Steam] Scan completed! Found 1 games."));
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].name, "Game");
-  EXPECT_EQ(results[0].exePath, folder + "\\g.exe");
-  EXPECT_EQ(results[0].launchUrl, "steam://run/400");
-  EXPECT_EQ(results[0].source, tests::kUninstallKey + "Steam App 400");
-  EXPECT_TRUE(results[0].found);
-  EXPECT_EQ(results[0].displayIcon, "");
-  EXPECT_EQ(results[0].sourceKind, 0);
-  EXPECT_EQ(results[0].sourceExId, "");
 }
 
 TEST(SteamGamesScan, ALibraryGameHasTheCataloguesName) {
@@ -74,32 +80,26 @@ TEST(SteamGamesScan, ALibraryGameHasTheCataloguesName) {
   world.RegisterSteam();
   const std::string folder = world.Game(kSteam, "400", "Manifest®", "Portal", "portal.exe");
   const DebugCapture log;
-  const ScanResults results = ScanSteamGames({SteamSignature("400", "Catalogue®", "portal.exe")}, "S-1-5-21");
+  EXPECT_THAT(Scan({SteamSignature("400", "Catalogue®", "portal.exe")}),
+              ElementsAre(FromLibrary("Catalogue®", folder + "\\portal.exe", "400")));
   EXPECT_THAT(log.Lines(),
               ElementsAre("[Steam] Starting Steam game scan...", UninstallCount(),
                           "[Steam] Found 1 library folders.", "[Steam] Found 1 games in library folders.",
                           "[Steam] Found (Library): Catalogue® (ID: 400) -> " + folder + "\\portal.exe",
                           "[Steam] Scan completed! Found 1 games."));
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].name, "Catalogue®");
-  EXPECT_EQ(results[0].exePath, folder + "\\portal.exe");
-  EXPECT_EQ(results[0].launchUrl, "steam://run/400");
-  EXPECT_EQ(results[0].source, "Steam App 400");
-  EXPECT_TRUE(results[0].found);
 }
 
 TEST(SteamGamesScan, TheCataloguesNameCountsEvenWhenEmpty) {
   SteamWorld world{kSteam};
   world.RegisterSteam();
-  world.Game(kSteam, "400", "Manifest", "Portal", "portal.exe");
-  const ScanResults results = ScanSteamGames({SteamSignature("400", "", "portal.exe")}, "");
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].name, "");
+  const std::string folder = world.Game(kSteam, "400", "Manifest", "Portal", "portal.exe");
+  EXPECT_THAT(Scan({SteamSignature("400", "", "portal.exe")}),
+              ElementsAre(FromLibrary("", folder + "\\portal.exe", "400")));
 }
 
 TEST(SteamGamesScan, NothingAtAllLogsTheFrame) {
   const DebugCapture log;
-  EXPECT_THAT(ScanSteamGames({}, ""), IsEmpty());
+  EXPECT_THAT(Scan({}), IsEmpty());
   EXPECT_THAT(log.Lines(), ElementsAre("[Steam] Starting Steam game scan...", UninstallCount(),
                                        "[Steam] Scan completed! Found 0 games."));
 }
@@ -110,42 +110,42 @@ TEST(SteamGamesScan, OnlySteamSignaturesWithAnIdCountAndTheLaterReplacesTheEarli
   const std::string folder = world.Game(kSteam, "400", "m", "Portal", "portal.exe");
   GameSignature other = SteamSignature("400", "Not Steam", "portal.exe");
   other.SourceKind = kSourceEpic;
-  EXPECT_THAT(ScanSteamGames({other}, ""), IsEmpty());
-  const ScanResults results = ScanSteamGames(
-      {SteamSignature("400", "Earlier", "portal.exe"), SteamSignature("400", "Later", "portal.exe"),
-       SteamSignature("", "No Id", "portal.exe"), other},
-      "");
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].name, "Later");
+  EXPECT_THAT(Scan({other}), IsEmpty());
+  EXPECT_THAT(
+      Scan({SteamSignature("400", "Earlier", "portal.exe"), SteamSignature("400", "Later", "portal.exe"),
+            SteamSignature("", "No Id", "portal.exe"), other}),
+      ElementsAre(FromLibrary("Later", folder + "\\portal.exe", "400")));
 }
 
 // --- The registry pass
 
 // What the registry pass makes of a key of this name, whose game exists and is in the catalogue under `id`.
-ScanResults ScanKey(const std::string& name, const std::string& id) {
+std::vector<std::string> ScanKey(const std::string& name, const std::string& id) {
   SteamWorld world{kSteam};
   const std::string folder = kRoot + "\\Game";
   world.d.File(folder + "\\g.exe");
   world.UninstallKey(name, "Game", folder);
-  return ScanSteamGames({SteamSignature(id, "Catalogue", "g.exe")}, "");
+  return Scan({SteamSignature(id, "Catalogue", "g.exe")});
+}
+std::string KeysGame(const std::string& id, const std::string& words = "Steam App ") {
+  return FromKey("Game", kRoot + "\\Game\\g.exe", id, words);
 }
 
 TEST(SteamGamesScan, AKeyInLowerCaseMatchesAndKeepsItsSpelling) {
-  const ScanResults results = ScanKey("steam app 400", "400");
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].source, tests::kUninstallKey + "steam app 400");
-  EXPECT_EQ(results[0].launchUrl, "steam://run/400");
+  EXPECT_THAT(ScanKey("steam app 400", "400"), ElementsAre(KeysGame("400", "steam app ")));
 }
 
-TEST(SteamGamesScan, TextBeforeTheWordsMatches) { EXPECT_THAT(ScanKey("MySteam App 400", "400"), SizeIs(1)); }
+TEST(SteamGamesScan, TextBeforeTheWordsMatches) {
+  EXPECT_THAT(ScanKey("MySteam App 400", "400"), ElementsAre(KeysGame("400", "MySteam App ")));
+}
 
 TEST(SteamGamesScan, TheCharacterBehindTheWordsIsSkippedWhateverItIs) {
-  EXPECT_THAT(ScanKey("Steam App_400", "400"), SizeIs(1));
-  EXPECT_THAT(ScanKey("Steam App9400", "400"), SizeIs(1));
+  EXPECT_THAT(ScanKey("Steam App_400", "400"), ElementsAre(KeysGame("400", "Steam App_")));
+  EXPECT_THAT(ScanKey("Steam App9400", "400"), ElementsAre(KeysGame("400", "Steam App9")));
 }
 
 TEST(SteamGamesScan, TheIdKeepsTheKeysSpelling) {
-  EXPECT_THAT(ScanKey("STEAM APP 12x", "12x"), SizeIs(1));
+  EXPECT_THAT(ScanKey("STEAM APP 12x", "12x"), ElementsAre(KeysGame("12x", "STEAM APP ")));
   EXPECT_THAT(ScanKey("Steam App 12x", "12X"), IsEmpty());
 }
 
@@ -153,7 +153,7 @@ TEST(SteamGamesScan, AKeyThatEndsBehindTheBlankOrBeforeItHasNoId) {
   EXPECT_THAT(ScanKey("Steam App ", ""), IsEmpty());
   EXPECT_THAT(ScanKey("Steam App", ""), IsEmpty());
   EXPECT_THAT(ScanKey("Steam App4", "4"), IsEmpty()) << "ten bytes: no room for an id";
-  EXPECT_THAT(ScanKey("Steam App 4", "4"), SizeIs(1));
+  EXPECT_THAT(ScanKey("Steam App 4", "4"), ElementsAre(KeysGame("4")));
   EXPECT_THAT(ScanKey("Steam Ap", ""), IsEmpty());
 }
 
@@ -170,8 +170,8 @@ TEST(SteamGamesScan, ThreeAppsOfSteamsOwnAreSkippedInBothPasses) {
 }
 
 TEST(SteamGamesScan, TheIgnoredIdsAreComparedWhole) {
-  EXPECT_THAT(ScanKey("Steam App 2289801", "2289801"), SizeIs(1));
-  EXPECT_THAT(ScanKey("Steam App 22898", "22898"), SizeIs(1));
+  EXPECT_THAT(ScanKey("Steam App 2289801", "2289801"), ElementsAre(KeysGame("2289801")));
+  EXPECT_THAT(ScanKey("Steam App 22898", "22898"), ElementsAre(KeysGame("22898")));
 }
 
 TEST(SteamGamesScan, ARegistryKeyNeedsNameAndLocation) {
@@ -181,7 +181,7 @@ TEST(SteamGamesScan, ARegistryKeyNeedsNameAndLocation) {
     world.d.File(folder + "\\g.exe");
     world.UninstallKey("Steam App 400", missing == "DisplayName" ? "" : "Game",
                        missing == "InstallLocation" ? "" : folder);
-    EXPECT_THAT(ScanSteamGames({SteamSignature("400", "c", "g.exe")}, ""), IsEmpty()) << missing;
+    EXPECT_THAT(Scan({SteamSignature("400", "c", "g.exe")}), IsEmpty()) << missing;
   }
 }
 
@@ -206,19 +206,16 @@ TEST(SteamGamesScan, ALibraryOfANonAsciiNameIsFound) {
   SteamWorld world{kRoot + "\\Пар 蒸 é"};
   world.RegisterSteam();
   const std::string folder = world.Game(world.steam, "400", "Игра", "Игра 一", "bin\\игра é.exe");
-  const ScanResults results = ScanSteamGames({SteamSignature("400", "Игра!", "bin\\игра é.exe")}, "");
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].exePath, folder + "\\bin\\игра é.exe");
-  EXPECT_EQ(results[0].name, "Игра!");
+  EXPECT_THAT(Scan({SteamSignature("400", "Игра!", "bin\\игра é.exe")}),
+              ElementsAre(FromLibrary("Игра!", folder + "\\bin\\игра é.exe", "400")));
 }
 
 TEST(SteamGamesScan, TrademarkSignsGoFromARegistryName) {
   SteamWorld world{kSteam};
   world.d.File(kRoot + "\\Game\\g.exe");
   world.UninstallKey("Steam App 400", "Gäme™ Two®", kRoot + "\\Game");
-  const ScanResults results = ScanSteamGames({SteamSignature("400", "c", "g.exe")}, "");
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].name, "Gäme Two");
+  EXPECT_THAT(Scan({SteamSignature("400", "c", "g.exe")}),
+              ElementsAre(FromKey("Gäme Two", kRoot + "\\Game\\g.exe", "400")));
 }
 
 TEST(SteamGamesScan, AGameOutsideTheCatalogueIsSilentInTheRegistryPass) {
@@ -235,11 +232,8 @@ TEST(SteamGamesScan, TheThirtyTwoBitNamesComeFirst) {
   world.d.File(kRoot + "\\B\\g.exe");
   world.UninstallKey("Steam App 1", "a", kRoot + "\\A", View::k64);
   world.UninstallKey("Steam App 2", "b", kRoot + "\\B", View::k32);
-  const ScanResults results =
-      ScanSteamGames({SteamSignature("1", "c", "g.exe"), SteamSignature("2", "c", "g.exe")}, "");
-  ASSERT_THAT(results, SizeIs(2));
-  EXPECT_EQ(results[0].name, "b");
-  EXPECT_EQ(results[1].name, "a");
+  EXPECT_THAT(Scan({SteamSignature("1", "c", "g.exe"), SteamSignature("2", "c", "g.exe")}),
+              ElementsAre(FromKey("b", kRoot + "\\B\\g.exe", "2"), FromKey("a", kRoot + "\\A\\g.exe", "1")));
 }
 
 TEST(SteamGamesScan, ANameInBothViewsIsTakenOnceAndReadFromTheNativeView) {
@@ -248,9 +242,8 @@ TEST(SteamGamesScan, ANameInBothViewsIsTakenOnceAndReadFromTheNativeView) {
   world.d.File(kRoot + "\\B\\g.exe");
   world.UninstallKey("Steam App 1", "a", kRoot + "\\A", View::k64);
   world.UninstallKey("Steam App 1", "b", kRoot + "\\B", View::k32);
-  const ScanResults results = ScanSteamGames({SteamSignature("1", "c", "g.exe")}, "");
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].name, "a");
+  EXPECT_THAT(Scan({SteamSignature("1", "c", "g.exe")}),
+              ElementsAre(FromKey("a", kRoot + "\\A\\g.exe", "1")));
 }
 
 TEST(SteamGamesScan, AnExecutableOfTwoKeysIsReportedOnce) {
@@ -267,8 +260,8 @@ TEST(SteamGamesScan, SeenExecutablesAreComparedAsTheyAreSpelled) {
   world.d.File(kRoot + "\\A\\g.exe");
   world.UninstallKey("Steam App 1", "a", kRoot + "\\A");
   world.UninstallKey("Steam App 2", "b", kRoot + "\\a");
-  EXPECT_THAT(ScanSteamGames({SteamSignature("1", "c", "g.exe"), SteamSignature("2", "c", "g.exe")}, ""),
-              SizeIs(2));
+  EXPECT_THAT(Scan({SteamSignature("1", "c", "g.exe"), SteamSignature("2", "c", "g.exe")}),
+              ElementsAre(FromKey("a", kRoot + "\\A\\g.exe", "1"), FromKey("b", kRoot + "\\a\\g.exe", "2")));
 }
 
 TEST(SteamGamesScan, AGameInBothPassesIsTheRegistrys) {
@@ -277,10 +270,8 @@ TEST(SteamGamesScan, AGameInBothPassesIsTheRegistrys) {
   const std::string folder = world.Game(kSteam, "400", "Manifest", "Portal", "portal.exe");
   world.UninstallKey("Steam App 400", "Registry", folder);
   const DebugCapture log;
-  const ScanResults results = ScanSteamGames({SteamSignature("400", "Catalogue", "portal.exe")}, "");
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].name, "Registry");
-  EXPECT_EQ(results[0].source, tests::kUninstallKey + "Steam App 400");
+  EXPECT_THAT(Scan({SteamSignature("400", "Catalogue", "portal.exe")}),
+              ElementsAre(FromKey("Registry", folder + "\\portal.exe", "400")));
   EXPECT_THAT(log.Lines(),
               ElementsAre("[Steam] Starting Steam game scan...", UninstallCount(),
                           "[Steam] Found (Registry): Registry (ID: 400) -> " + folder + "\\portal.exe",

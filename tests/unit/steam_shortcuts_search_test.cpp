@@ -2,6 +2,7 @@
 
 #include "foundation/conversions.h"
 #include "support/debug_capture.h"
+#include "support/describe.h"
 #include "support/steam_bytes.h"
 #include "support/steam_world.h"
 
@@ -27,6 +28,12 @@ std::string Completed(int count) {
   return "[SteamShortcutsSearch] Scan completed! Found " + std::to_string(count) + " games.";
 }
 
+std::vector<std::string> Scan() { return tests::Describe(ScanSteamShortcuts()); }
+
+std::string Expected(const std::string& name, const std::string& exe) {
+  return name + '|' + exe + "||Steam Shortcuts||1|0|";
+}
+
 struct World : SteamWorld {
   World() : SteamWorld{kSteam} { RegisterSteam(); }
   void Shortcuts(const std::string& user, const std::string& bytes) {
@@ -40,29 +47,21 @@ TEST(SteamShortcutsSearch, AShortcutWhoseProgramExistsIsFound) {
   world.d.File(exe);
   world.Shortcuts("12345", ShortcutRecord("Игра", "\"" + exe + "\"", kRoot));
   const DebugCapture log;
-  const ScanResults results = ScanSteamShortcuts();
+  EXPECT_THAT(Scan(), ElementsAre(Expected("Игра", exe)));
   EXPECT_THAT(log.Lines(), ElementsAre(kStart, "[SteamShortcutsSearch] Found: Игра -> " + exe, Completed(1)));
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].name, "Игра");
-  EXPECT_EQ(results[0].exePath, exe);
-  EXPECT_EQ(results[0].launchUrl, "");
-  EXPECT_EQ(results[0].source, "Steam Shortcuts");
-  EXPECT_TRUE(results[0].found);
-  EXPECT_EQ(results[0].displayIcon + results[0].sourceExId, "");
-  EXPECT_EQ(results[0].sourceKind, 0);
 }
 
 TEST(SteamShortcutsSearch, WithoutSteamTheScanEndsWithoutItsCompletionLine) {
   const DebugCapture log;
-  EXPECT_THAT(ScanSteamShortcuts(), IsEmpty());
+  EXPECT_THAT(Scan(), IsEmpty());
   EXPECT_THAT(log.Lines(), ElementsAre(kStart, "[SteamShortcutsSearch] Steam path not found."));
 }
 
 TEST(SteamShortcutsSearch, ASteamFolderThatIsGoneIsNotFound) {
   SteamWorld world{kSteam};
-  world.d.String(R"(HKEY_LOCAL_MACHINE\SOFTWARE\Valve\Steam)", "InstallPath", kSteam);
+  world.NameMissingSteam();
   const DebugCapture log;
-  EXPECT_THAT(ScanSteamShortcuts(), IsEmpty());
+  EXPECT_THAT(Scan(), IsEmpty());
   EXPECT_THAT(log.Lines(), ElementsAre(kStart, "[SteamShortcutsSearch] Steam path not found."));
 }
 
@@ -90,7 +89,7 @@ TEST(SteamShortcutsSearch, AProgramThatIsGoneOrAFolderIsSilent) {
   world.Shortcuts("1", ShortcutRecord("Gone", kRoot + "\\gone.exe", kRoot) +
                            ShortcutRecord("Folder", kRoot + "\\folder.exe", kRoot));
   const DebugCapture log;
-  EXPECT_THAT(ScanSteamShortcuts(), IsEmpty());
+  EXPECT_THAT(Scan(), IsEmpty());
   EXPECT_THAT(log.Lines(), ElementsAre(kStart, Completed(0)));
 }
 
@@ -98,14 +97,14 @@ TEST(SteamShortcutsSearch, ARecordWithoutItsStartFolderYieldsNothingThoughItsPro
   World world;
   world.d.File(kRoot + "\\g.exe");
   world.Shortcuts("1", tests::ShortcutField("AppName", "a") + tests::ShortcutField("exe", kRoot + "\\g.exe"));
-  EXPECT_THAT(ScanSteamShortcuts(), IsEmpty());
+  EXPECT_THAT(Scan(), IsEmpty());
 }
 
 TEST(SteamShortcutsSearch, QuotesInsideQuotesNameNothing) {
   World world;
   world.d.File(kRoot + "\\g.exe");
   world.Shortcuts("1", ShortcutRecord("a", "\"\"" + kRoot + "\\g.exe\"\"", kRoot));
-  EXPECT_THAT(ScanSteamShortcuts(), IsEmpty()) << "the file's own quotes go, and what is left must exist";
+  EXPECT_THAT(Scan(), IsEmpty()) << "the file's own quotes go, and what is left must exist";
 }
 
 TEST(SteamShortcutsSearch, TheSameShortcutOfTwoUsersIsReportedTwice) {
@@ -113,9 +112,7 @@ TEST(SteamShortcutsSearch, TheSameShortcutOfTwoUsersIsReportedTwice) {
   world.d.File(kRoot + "\\g.exe");
   world.Shortcuts("1", ShortcutRecord("a", kRoot + "\\g.exe", kRoot));
   world.Shortcuts("anonymous 门", ShortcutRecord("b", kRoot + "\\g.exe", kRoot));
-  const ScanResults results = ScanSteamShortcuts();
-  ASSERT_THAT(results, SizeIs(2));
-  EXPECT_EQ(results[0].exePath, results[1].exePath);
+  EXPECT_THAT(Scan(), ElementsAre(Expected("a", kRoot + "\\g.exe"), Expected("b", kRoot + "\\g.exe")));
 }
 
 TEST(SteamShortcutsSearch, UsersWithoutShortcutsAndPlainFilesArePassedOver) {

@@ -3,6 +3,7 @@
 #include "desktop/desktop.h"
 #include "desktop/launcher_files.h"
 #include "support/debug_capture.h"
+#include "support/describe.h"
 #include "support/hostile_texts.h"
 #include "support/locked_path.h"
 #include "support/uninstall_key.h"
@@ -34,6 +35,13 @@ std::string Entry(const std::string& relative, const std::string& append = {}, c
          (id.empty() ? "" : "register: Ubisoft\\Launcher\\Installs\\" + id + "\\InstallDir\n");
 }
 
+// A game of the install key `install`; without the id of its entry there is no launch address.
+std::string Expected(const std::string& name, const std::string& exe, const std::string& id = {},
+                     const std::string& install = "1") {
+  return name + '|' + exe + '|' + (id.empty() ? "" : "uplay://launch/" + id + "/0") + '|' + kUninstall +
+         "Uplay Install " + install + "||1|0|";
+}
+
 // A desktop with the Ubisoft launcher on it.
 class UplayConfigurationSearch : public testing::Test {
  protected:
@@ -49,12 +57,10 @@ class UplayConfigurationSearch : public testing::Test {
     desktop_.String(key, "InstallLocation", folder, view);
   }
 
-  // The executables of a scan of this file.
-  std::vector<std::string> Exes(const std::string& text) {
+  // What a scan of this file finds.
+  std::vector<std::string> Scan(const std::string& text) {
     desktop_.File(kFile, text);
-    std::vector<std::string> exes;
-    for (const ScanResult& result : ScanUplayConfigurations()) exes.push_back(result.exePath);
-    return exes;
+    return tests::Describe(ScanUplayConfigurations());
   }
 
   desktop::Desktop desktop_;
@@ -67,19 +73,11 @@ TEST_F(UplayConfigurationSearch, ReportsAGameAndSaysSo) {
                 desktop::UplayConfigurationsText({{"Зимородок 游戏", "123", "sub", "bin\\wren.exe", false}}));
   Install("123", "Зимородок 游戏", folder + "/");
   DebugCapture log;
-  const ScanResults results = ScanUplayConfigurations();
   const std::string exe = folder + "\\sub\\bin\\wren.exe";
+  EXPECT_THAT(tests::Describe(ScanUplayConfigurations()),
+              ElementsAre(Expected("Зимородок 游戏", exe, "123", "123")));
   EXPECT_THAT(log.Lines(), ElementsAre(kStart, "[UplayConfigurationSearch] Found: Зимородок 游戏 -> " + exe,
                                        "[UplayConfigurationSearch] Scan completed! Found 1 games."));
-  ASSERT_THAT(results, SizeIs(1));
-  EXPECT_EQ(results[0].name, "Зимородок 游戏");
-  EXPECT_EQ(results[0].exePath, exe);
-  EXPECT_EQ(results[0].launchUrl, "uplay://launch/123/0");
-  EXPECT_EQ(results[0].source, kUninstall + "Uplay Install 123");
-  EXPECT_EQ(results[0].displayIcon, "");
-  EXPECT_TRUE(results[0].found);
-  EXPECT_EQ(results[0].sourceKind, 0);
-  EXPECT_EQ(results[0].sourceExId, "");
 }
 
 TEST(UplayConfigurationSearchWithoutLauncher, EndsWithTheCompletionLine) {
@@ -127,11 +125,12 @@ TEST_F(UplayConfigurationSearch, NamesAreComparedByteForByte) {
   desktop_.File(kRoot + "\\w.exe");
   Install("1", "Wren™", kRoot);
   for (const char* name : {"wren™", "Wren", "Wren™ ", "Wren®"}) {
-    EXPECT_THAT(Exes("root:\nname: " + std::string(name) + "\nonline:\n" + Entry("w.exe")), IsEmpty())
+    EXPECT_THAT(Scan("root:\nname: " + std::string(name) + "\nonline:\n" + Entry("w.exe")), IsEmpty())
         << name;
   }
-  EXPECT_THAT(Exes("root:\nname: Wren™\nonline:\n" + Entry("w.exe")), SizeIs(1));
-  EXPECT_EQ(ScanUplayConfigurations().at(0).name, "Wren") << "reported without the sign";
+  EXPECT_THAT(Scan("root:\nname: Wren™\nonline:\n" + Entry("w.exe")),
+              ElementsAre(Expected("Wren", kRoot + "\\w.exe")))
+      << "reported without the sign";
 }
 
 TEST_F(UplayConfigurationSearch, TheOfflineEntryComesFirst) {
@@ -139,40 +138,39 @@ TEST_F(UplayConfigurationSearch, TheOfflineEntryComesFirst) {
   Install("1", "Wren", kRoot);
   const std::string text =
       "root:\nname: Wren\nonline:\n" + Entry("on.exe", "", "11") + "offline:\n" + Entry("off.exe", "", "22");
-  EXPECT_THAT(Exes(text), ElementsAre(kRoot + "\\on.exe")) << "the online one, since the offline one is gone";
-  EXPECT_EQ(ScanUplayConfigurations().at(0).launchUrl, "uplay://launch/22/0")
-      << "the id is the offline entry's all the same";
+  EXPECT_THAT(Scan(text), ElementsAre(Expected("Wren", kRoot + "\\on.exe", "22")))
+      << "the online one, since the offline one is gone, but the offline one's id";
   desktop_.File(kRoot + "\\off.exe");
-  EXPECT_THAT(Exes(text), ElementsAre(kRoot + "\\off.exe"));
+  EXPECT_THAT(Scan(text), ElementsAre(Expected("Wren", kRoot + "\\off.exe", "22")));
 }
 
 TEST_F(UplayConfigurationSearch, OnlyTheFirstEntryOfEachListIsTried) {
   desktop_.File(kRoot + "\\second.exe");
   Install("1", "Wren", kRoot);
   const std::string entries = Entry("first.exe") + Entry("second.exe");
-  EXPECT_THAT(Exes("root:\nname: Wren\nonline:\n" + entries + "offline:\n" + entries), IsEmpty());
+  EXPECT_THAT(Scan("root:\nname: Wren\nonline:\n" + entries + "offline:\n" + entries), IsEmpty());
 }
 
 TEST_F(UplayConfigurationSearch, AFolderIsNoExecutable) {
   desktop_.Folder(kRoot + "\\w.exe");
   Install("1", "Wren", kRoot);
-  EXPECT_THAT(Exes("root:\nname: Wren\nonline:\n" + Entry("w.exe")), IsEmpty());
-  EXPECT_THAT(Exes("root:\nname: Wren\nonline:\n" + Entry("")), IsEmpty()) << "an entry without a path";
-  EXPECT_THAT(Exes("root:\nname: Wren\n"), IsEmpty()) << "a record without an entry";
+  EXPECT_THAT(Scan("root:\nname: Wren\nonline:\n" + Entry("w.exe")), IsEmpty());
+  EXPECT_THAT(Scan("root:\nname: Wren\nonline:\n" + Entry("")), IsEmpty()) << "an entry without a path";
+  EXPECT_THAT(Scan("root:\nname: Wren\n"), IsEmpty()) << "a record without an entry";
 }
 
 TEST_F(UplayConfigurationSearch, ARegistryTextAsThePathFindsNothing) {
   desktop_.File(kRoot + "\\w.exe");
   Install("1", "Wren", kRoot);
-  EXPECT_THAT(Exes("root:\nname: Wren\nonline:\n" + Entry("", "", "5")), IsEmpty());
+  EXPECT_THAT(Scan("root:\nname: Wren\nonline:\n" + Entry("", "", "5")), IsEmpty());
   EXPECT_EQ(ReadUplayConfigurations("root:\nonline:\n" + Entry("", "", "5")).at(0).installId, "5");
 }
 
 TEST_F(UplayConfigurationSearch, WithoutAnIdThereIsNoLaunchAddress) {
   desktop_.File(kRoot + "\\w.exe");
   Install("1", "Wren", kRoot);
-  EXPECT_THAT(Exes("root:\nname: Wren\nonline:\n" + Entry("w.exe")), SizeIs(1));
-  EXPECT_EQ(ScanUplayConfigurations().at(0).launchUrl, "");
+  EXPECT_THAT(Scan("root:\nname: Wren\nonline:\n" + Entry("w.exe")),
+              ElementsAre(Expected("Wren", kRoot + "\\w.exe")));
 }
 
 TEST_F(UplayConfigurationSearch, RecordsAreReportedInTheOrderOfTheFile) {
@@ -182,10 +180,10 @@ TEST_F(UplayConfigurationSearch, RecordsAreReportedInTheOrderOfTheFile) {
   const auto record = [](const std::string& name) {
     return "root:\nname: " + name + "\nonline:\n" + Entry("w.exe");
   };
-  desktop_.File(kFile, record("B") + record("C") + record("A") + record("B"));
-  std::string names;
-  for (const ScanResult& result : ScanUplayConfigurations()) names += result.name;
-  EXPECT_EQ(names, "BAB") << "a record that stands twice is reported twice";
+  const std::string a = Expected("A", kRoot + "\\w.exe", "", "1");
+  const std::string b = Expected("B", kRoot + "\\w.exe", "", "2");
+  EXPECT_THAT(Scan(record("B") + record("C") + record("A") + record("B")), ElementsAre(b, a, b))
+      << "a record that stands twice is reported twice";
 }
 
 TEST_F(UplayConfigurationSearch, AFileCutAnywhereGivesAGameOrNone) {
@@ -203,7 +201,7 @@ TEST_F(UplayConfigurationSearch, AFileCutAnywhereGivesAGameOrNone) {
 TEST_F(UplayConfigurationSearch, FilesWithoutMeaningHoldNoGame) {
   Install("1", "", kRoot);
   for (const std::string& text : tests::MeaninglessTexts("root:\nname: Wren\n"))
-    EXPECT_THAT(Exes(text), IsEmpty());
+    EXPECT_THAT(Scan(text), IsEmpty());
 }
 
 // The Uninstall keys
@@ -267,7 +265,8 @@ TEST_F(UplayConfigurationSearch, OfEqualNamesTheLaterKeyCounts) {
   desktop_.File(kRoot + "\\2\\w.exe");
   Install("1", "Wren", kRoot + "\\1");
   Install("2", "Wren", kRoot + "\\2");
-  EXPECT_THAT(Exes("root:\nname: Wren\nonline:\n" + Entry("w.exe")), ElementsAre(kRoot + "\\2\\w.exe"));
+  EXPECT_THAT(Scan("root:\nname: Wren\nonline:\n" + Entry("w.exe")),
+              ElementsAre(Expected("Wren", kRoot + "\\2\\w.exe", "", "2")));
 }
 
 TEST(UplayExePath, JoinsWhatIsThere) {

@@ -26,6 +26,8 @@ const std::string kUsers = "C:\\Users\\";
 const std::string kUser = "TarnwickTestUser";
 const std::string kOddName = "\xD0\x98\xD0\xB3\xD1\x80\xD0\xBE\xD0\xBA \xE6\xBC\xA2 \xC3\xA9";
 
+std::string Expected(const std::string& exe) { return "Foo|" + exe + "||UserFolderExe Search||1|0|"; }
+
 class UserFolderExeSearch : public testing::Test {
  protected:
   static GameSignature Signature(const std::string& folder) {
@@ -35,10 +37,8 @@ class UserFolderExeSearch : public testing::Test {
     signature.DefaultFolder = folder;
     return signature;
   }
-  static std::vector<std::string> Paths(const GameSignature& signature) {
-    std::vector<std::string> paths;
-    for (const ScanResult& result : ScanUserFolderExe({signature}, "")) paths.push_back(result.exePath);
-    return paths;
+  static std::vector<std::string> Scan(const GameSignature& signature) {
+    return Describe(ScanUserFolderExe({signature}, "S-1-5-21"));
   }
   std::string Make(const std::string& path) {
     desktop_.File(kUsers + path);
@@ -72,11 +72,11 @@ TEST_F(UserFolderExeSearch, ReportsAnInstalledGameWithAllFields) {
 }
 
 TEST_F(UserFolderExeSearch, SkipsNoSource) {
-  Make(kUser + "\\TarnwickGames\\foo.exe");
+  const std::string exe = Make(kUser + "\\TarnwickGames\\foo.exe");
   GameSignature game = Signature("%USERPROFILE%\\TarnwickGames");
   for (const int32_t kind : {0, 1, 2, 3, 5, 6, 7, 8, 9, 10, 11, 12, 13}) {
     game.SourceKind = kind;
-    EXPECT_EQ(Paths(game).size(), 1u) << kind;
+    EXPECT_THAT(Scan(game), ElementsAre(Expected(exe))) << kind;
   }
 }
 
@@ -85,13 +85,13 @@ TEST_F(UserFolderExeSearch, NeedsThePlainExecutableAndAFolderWithTheToken) {
   GameSignature game = Signature("%USERPROFILE%\\TarnwickGames");
   game.DefaultExe32 = "foo.exe";
   game.DefaultExe.clear();
-  EXPECT_THAT(Paths(game), IsEmpty());
-  EXPECT_THAT(Paths(Signature("")), IsEmpty());
-  EXPECT_THAT(Paths(Signature("%LOCALAPPDATA%\\TarnwickGames")), IsEmpty());
-  EXPECT_THAT(Paths(Signature(kUsers + kUser + "\\TarnwickGames")), IsEmpty());
+  EXPECT_THAT(Scan(game), IsEmpty());
+  EXPECT_THAT(Scan(Signature("")), IsEmpty());
+  EXPECT_THAT(Scan(Signature("%LOCALAPPDATA%\\TarnwickGames")), IsEmpty());
+  EXPECT_THAT(Scan(Signature(kUsers + kUser + "\\TarnwickGames")), IsEmpty());
   game = Signature("");
   game.DefaultFolder32 = "%USERPROFILE%\\TarnwickGames";
-  EXPECT_THAT(Paths(game), ElementsAre(exe));
+  EXPECT_THAT(Scan(game), ElementsAre(Expected(exe)));
 }
 
 TEST_F(UserFolderExeSearch, TheTokenIsKnownInAnyCaseWithAndWithoutPercentSigns) {
@@ -100,24 +100,24 @@ TEST_F(UserFolderExeSearch, TheTokenIsKnownInAnyCaseWithAndWithoutPercentSigns) 
        {"%USERPROFILE%\\TarnwickGames", "%userProfile%/TarnwickGames", "%UserProfile%TarnwickGames",
         "USERPROFILE\\TarnwickGames", "userprofileTarnwickGames",
         "C:\\Dropped\\%UserProfile%\\/\\TarnwickGames", "%UserProfile\\TarnwickGames"}) {
-    EXPECT_THAT(Paths(Signature(folder)), ElementsAre(exe)) << folder;
+    EXPECT_THAT(Scan(Signature(folder)), ElementsAre(Expected(exe))) << folder;
   }
 }
 
 TEST_F(UserFolderExeSearch, APercentSignBehindTheBareTokenBelongsToTheFolder) {
   const std::string exe = Make(kUser + "\\%\\TarnwickGames\\foo.exe");
-  EXPECT_THAT(Paths(Signature("userprofile%\\TarnwickGames")), ElementsAre(exe));
+  EXPECT_THAT(Scan(Signature("userprofile%\\TarnwickGames")), ElementsAre(Expected(exe)));
 }
 
 TEST_F(UserFolderExeSearch, TheTokenWithPercentSignsGoesBeforeAnEarlierBareOne) {
   const std::string exe = Make(kUser + "\\TarnwickGames\\foo.exe");
-  EXPECT_THAT(Paths(Signature("userprofile\\x\\%userprofile%\\TarnwickGames")), ElementsAre(exe));
+  EXPECT_THAT(Scan(Signature("userprofile\\x\\%userprofile%\\TarnwickGames")), ElementsAre(Expected(exe)));
 }
 
 TEST_F(UserFolderExeSearch, TheTokenAloneLooksInTheProfileItself) {
   const std::string exe = Make(kUser + "\\foo.exe");
-  EXPECT_THAT(Paths(Signature("userprofile")), ElementsAre(exe));
-  EXPECT_THAT(Paths(Signature("%USERPROFILE%\\")), ElementsAre(exe));
+  EXPECT_THAT(Scan(Signature("userprofile")), ElementsAre(Expected(exe)));
+  EXPECT_THAT(Scan(Signature("%USERPROFILE%\\")), ElementsAre(Expected(exe)));
 }
 
 TEST_F(UserFolderExeSearch, TheFirstUserWithTheGameWins) {
@@ -128,8 +128,8 @@ TEST_F(UserFolderExeSearch, TheFirstUserWithTheGameWins) {
   const std::string first = *std::find_if(users.begin(), users.end(), [](const std::string& user) {
     return user == kUsers + kUser + "A" || user == kUsers + kUser + "B";
   });
-  EXPECT_THAT(Paths(Signature("%USERPROFILE%\\TarnwickGames")),
-              ElementsAre(first + "\\TarnwickGames\\foo.exe"));
+  EXPECT_THAT(Scan(Signature("%USERPROFILE%\\TarnwickGames")),
+              ElementsAre(Expected(first + "\\TarnwickGames\\foo.exe")));
 }
 
 TEST_F(UserFolderExeSearch, ProfilesAndFoldersMayHaveAnyName) {
@@ -144,18 +144,18 @@ TEST_F(UserFolderExeSearch, ProfilesAndFoldersMayHaveAnyName) {
 
 TEST_F(UserFolderExeSearch, ThePathIsCleaned) {
   const std::string exe = Make(kUser + "\\TarnwickGames\\foo.exe");
-  EXPECT_THAT(Paths(Signature("%USERPROFILE%/x/..//TarnwickGames")), ElementsAre(exe));
+  EXPECT_THAT(Scan(Signature("%USERPROFILE%/x/..//TarnwickGames")), ElementsAre(Expected(exe)));
 }
 
 TEST_F(UserFolderExeSearch, PublicAndDefaultAreNoUsers) {
   Make("Public\\TarnwickGames\\foo.exe");
-  EXPECT_THAT(Paths(Signature("%USERPROFILE%\\TarnwickGames")), IsEmpty());
+  EXPECT_THAT(Scan(Signature("%USERPROFILE%\\TarnwickGames")), IsEmpty());
 }
 
 TEST_F(UserFolderExeSearch, FindsNothingOnADriveWithoutUsers) {
   Make(kUser + "\\TarnwickGames\\foo.exe");
   const EnvironmentVariable drive("SystemDrive", "Q:");
-  EXPECT_THAT(Paths(Signature("%USERPROFILE%\\TarnwickGames")), IsEmpty());
+  EXPECT_THAT(Scan(Signature("%USERPROFILE%\\TarnwickGames")), IsEmpty());
 }
 
 class UserFolders : public testing::Test {

@@ -14,6 +14,7 @@
 #include "inventory/app_cache.h"
 #include "inventory/app_queries.h"
 #include "support/debug_capture.h"
+#include "support/describe.h"
 #include "support/heard_questions.h"
 #include "support/source_folder.h"
 
@@ -352,8 +353,8 @@ TEST(WhatIsRead, ListeningChangesNothing) {
     const ScanResults results = RunStrategies(AskForCatalogue(), ScanStrategies);
     std::vector<std::string> said = log.Lines();
     std::sort(said.begin(), said.end());
-    for (const ScanResult& result : results)
-      said.push_back(result.name + "|" + result.exePath + "|" + result.source);
+    const std::vector<std::string> found = tests::Describe(results);
+    said.insert(said.end(), found.begin(), found.end());
     return said;
   };
   const std::vector<std::string> alone = scan();
