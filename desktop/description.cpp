@@ -1,8 +1,8 @@
 // The sections of a description in a table, and what they share.
 #include "desktop/description.h"
 
+#include "common/wide_text.h"
 #include "desktop/description_parts.h"
-#include "desktop/wide_text.h"
 #include "foundation/windows_api.h"
 
 #include <array>
@@ -74,13 +74,13 @@ void ApplyDescription(Desktop& desktop, const std::string& json) {
 }
 
 std::string ExpandedText(const Node& node) {
-  const std::wstring text = Wide(Text(node));
+  const std::wstring text = common::Wide(Text(node));
   std::wstring expanded(32768, L'\0');
   const DWORD units =
       ExpandEnvironmentStringsW(text.c_str(), expanded.data(), static_cast<DWORD>(expanded.size()));
   if (units == 0 || units > expanded.size()) Fail(node, "is too long a text");
   expanded.resize(units - 1);
-  return Narrow(expanded);
+  return common::Narrow(expanded);
 }
 
 std::string PathText(const Node& node) {

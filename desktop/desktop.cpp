@@ -1,12 +1,12 @@
 // The desktop itself: keeps the journal of what was made, and undoes it.
 #include "desktop/desktop.h"
 
+#include "common/wide_text.h"
 #include "desktop/bytes.h"
 #include "desktop/file_maker.h"
 #include "desktop/journal.h"
 #include "desktop/junction.h"
 #include "desktop/registry_maker.h"
-#include "desktop/wide_text.h"
 #include "foundation/windows_api.h"
 
 #include <cstdlib>
@@ -44,7 +44,7 @@ void UndoAll(Journal& journal) {
 
 std::string ValueBytes(const std::string& text) {
   std::string bytes;
-  for (const wchar_t unit : Wide(text)) Append16(bytes, unit);
+  for (const wchar_t unit : common::Wide(text)) Append16(bytes, unit);
   Append16(bytes, 0);
   return bytes;
 }

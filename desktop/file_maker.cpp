@@ -2,7 +2,7 @@
 #include "desktop/file_maker.h"
 
 #include "desktop/junction.h"
-#include "desktop/wide_text.h"
+#include "desktop/windows_calls.h"
 #include "foundation/owner.h"
 
 #include <winioctl.h>

@@ -1,9 +1,10 @@
 // Edge: mount point reparse data, or, under Wine, the tools of the system below.
 #include "desktop/junction.h"
 
+#include "common/wide_text.h"
 #include "desktop/bytes.h"
 #include "desktop/file_maker.h"
-#include "desktop/wide_text.h"
+#include "desktop/windows_calls.h"
 #include "foundation/owner.h"
 
 #include <winioctl.h>
@@ -20,9 +21,9 @@ WineFileName FindWineFileName() {
 
 // The path as the system below Wine names it.
 std::wstring UnixPath(const std::string& path) {
-  char* name = FindWineFileName()(Wide(path).c_str());
+  char* name = FindWineFileName()(common::Wide(path).c_str());
   if (name == nullptr) throw WindowsError("Wine knows no path for", path, GetLastError());
-  const std::wstring wide = Wide(name);
+  const std::wstring wide = common::Wide(name);
   HeapFree(GetProcessHeap(), 0, name);
   return wide;
 }

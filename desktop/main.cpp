@@ -1,7 +1,7 @@
 // tarnwick-desktop.exe: builds a described desktop that stays, and removes it later.
+#include "common/wide_text.h"
 #include "desktop/description.h"
 #include "desktop/journal.h"
-#include "desktop/wide_text.h"
 #include "foundation/windows_api.h"
 
 #include <shellapi.h>
@@ -19,7 +19,7 @@ using namespace tarnwick::desktop;
 constexpr int kFailed = 1;
 constexpr int kWrongUse = 2;
 
-std::filesystem::path PathOf(const std::string& path) { return Wide(path); }
+std::filesystem::path PathOf(const std::string& path) { return tarnwick::common::Wide(path); }
 
 std::string ReadFile(const std::string& path) {
   std::ifstream stream(PathOf(path), std::ios::binary);
@@ -59,7 +59,8 @@ std::vector<std::string> Arguments() {
   int count = 0;
   wchar_t** wide = CommandLineToArgvW(GetCommandLineW(), &count);
   std::vector<std::string> arguments;
-  for (int number = count - 1; number > 0; --number) arguments.push_back(Narrow(wide[number]));
+  for (int number = count - 1; number > 0; --number)
+    arguments.push_back(tarnwick::common::Narrow(wide[number]));
   LocalFree(wide);
   return arguments;
 }

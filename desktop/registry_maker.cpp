@@ -1,7 +1,8 @@
 // Edge: writes the registry, in the view asked for.
 #include "desktop/registry_maker.h"
 
-#include "desktop/wide_text.h"
+#include "common/wide_text.h"
+#include "desktop/windows_calls.h"
 #include "foundation/owner.h"
 
 #include <algorithm>
@@ -29,7 +30,8 @@ KeyPlace PlaceOf(const std::string& key) {
   const size_t end = key.find('\\');
   const std::string name = key.substr(0, end);
   for (const Hive& hive : hives)
-    if (name == hive.name) return {hive.root, end == std::string::npos ? L"" : Wide(key.substr(end + 1))};
+    if (name == hive.name)
+      return {hive.root, end == std::string::npos ? L"" : common::Wide(key.substr(end + 1))};
   throw std::runtime_error("not a registry key with a hive's long name: " + key);
 }
 
@@ -81,7 +83,7 @@ std::string ValueText(const std::string& key, const std::string& name) { return 
 void UnmakeValue(const MadeThing& thing) {
   const RegistryHandle key = OpenKey(thing.place, thing.view, KEY_SET_VALUE);
   if (!key) return;
-  const std::wstring name = Wide(thing.name);
+  const std::wstring name = common::Wide(thing.name);
   const std::string text = ValueText(thing.place, thing.name);
   if (thing.before) {
     WriteValue(key.Get(), name, thing.before->type, thing.before->bytes, text);
@@ -122,7 +124,7 @@ void MakeKey(const std::string& text, View view, Journal& journal) {
   // Level by level, since only the levels that were missing may go again.
   for (size_t end = tidy.find('\\', hiveEnd + 1);; end = tidy.find('\\', end + 1)) {
     const std::string level = tidy.substr(0, end);
-    if (CreateLevel(place, Wide(level.substr(hiveEnd + 1)), view, level))
+    if (CreateLevel(place, common::Wide(level.substr(hiveEnd + 1)), view, level))
       journal.push_back({MadeThing::Kind::kKey, level, {}, view, {}});
     if (end == std::string::npos) return;
   }
@@ -133,7 +135,7 @@ void MakeValue(const std::string& text, const std::string& name, View view, uint
   MakeKey(text, view, journal);
   const RegistryHandle key = OpenKey(text, view, KEY_READ | KEY_SET_VALUE);
   if (!key) throw std::runtime_error("can't open the key '" + text + "' for writing");
-  const std::wstring wide = Wide(name);
+  const std::wstring wide = common::Wide(name);
   const std::optional<OldContent> before = known ? std::nullopt : ReadOldValue(key.Get(), wide);
   WriteValue(key.Get(), wide, type, bytes, ValueText(text, name));
   if (!known) journal.push_back({MadeThing::Kind::kValue, text, name, view, before});

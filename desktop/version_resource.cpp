@@ -2,8 +2,8 @@
 // UTF-16, the value, the children; each part begins at a multiple of four bytes.
 #include "desktop/version_resource.h"
 
+#include "common/wide_text.h"
 #include "desktop/bytes.h"
-#include "desktop/wide_text.h"
 
 #include <array>
 
@@ -15,7 +15,7 @@ constexpr unsigned kText = 1;
 
 std::string Units(const std::string& text) {
   std::string bytes;
-  for (const wchar_t unit : Wide(text)) Append16(bytes, unit);
+  for (const wchar_t unit : common::Wide(text)) Append16(bytes, unit);
   Append16(bytes, 0);
   return bytes;
 }

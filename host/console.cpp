@@ -103,22 +103,6 @@ std::string ReadFileBytes(const std::string& path) {
   return std::move(bytes).str();
 }
 
-std::wstring Widen(const std::string& text) {
-  const int length = static_cast<int>(text.size());
-  std::wstring wide(static_cast<size_t>(MultiByteToWideChar(CP_UTF8, 0, text.data(), length, nullptr, 0)),
-                    L'\0');
-  MultiByteToWideChar(CP_UTF8, 0, text.data(), length, wide.data(), static_cast<int>(wide.size()));
-  return wide;
-}
-
-std::string Narrow(const std::wstring& text) {
-  const int length = static_cast<int>(text.size());
-  std::string narrow(
-      static_cast<size_t>(WideCharToMultiByte(CP_UTF8, 0, text.data(), length, nullptr, 0, nullptr, nullptr)),
-      '\0');
-  WideCharToMultiByte(CP_UTF8, 0, text.data(), length, narrow.data(), static_cast<int>(narrow.size()),
-                      nullptr, nullptr);
-  return narrow;
-}
+std::wstring Widen(const std::string& text) { return common::Wide(text, common::Malformed::kReplaced); }
 
 }  // namespace tarnwick::host

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "common/wide_text.h"
+
 namespace tarnwick::host {
 
 // The command line without the program's name.
@@ -35,7 +37,8 @@ void WriteResult(const std::string& path, const std::string& text);
 
 std::string ReadFileBytes(const std::string& path);  // throws std::runtime_error naming the file
 
+// Malformed text has U+FFFD in place of what is wrong.
 std::wstring Widen(const std::string& text);
-std::string Narrow(const std::wstring& text);
+using common::Narrow;
 
 }  // namespace tarnwick::host

@@ -6,6 +6,8 @@
 #include <functional>
 #include <string>
 
+#include "common/debug_output.h"
+
 namespace tarnwick::host {
 
 struct LogEntry {
@@ -22,9 +24,9 @@ struct LogEntry {
 class LogCapture {
  public:
   explicit LogCapture(std::function<void(const LogEntry&)> sink);
-  ~LogCapture();
-  LogCapture(const LogCapture&) = delete;
-  LogCapture& operator=(const LogCapture&) = delete;
+
+ private:
+  common::DebugOutputCapture capture_;
 };
 
 // Is this debug output the library's? Its texts begin with one of a few marks.

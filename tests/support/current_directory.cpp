@@ -1,6 +1,6 @@
 #include "support/current_directory.h"
 
-#include "desktop/wide_text.h"
+#include "common/wide_text.h"
 #include "foundation/windows_api.h"
 
 #include <stdexcept>
@@ -11,7 +11,7 @@ CurrentDirectory::CurrentDirectory(const std::string& folder) {
   wchar_t before[MAX_PATH] = {};
   GetCurrentDirectoryW(MAX_PATH, before);
   before_ = before;
-  if (!SetCurrentDirectoryW(desktop::Wide(folder).c_str())) throw std::runtime_error("can't go to " + folder);
+  if (!SetCurrentDirectoryW(common::Wide(folder).c_str())) throw std::runtime_error("can't go to " + folder);
 }
 
 CurrentDirectory::~CurrentDirectory() { SetCurrentDirectoryW(before_.c_str()); }

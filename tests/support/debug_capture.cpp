@@ -1,50 +1,46 @@
 #include "support/debug_capture.h"
 
-#include "foundation/windows_api.h"
+#include "common/debug_output.h"
 
-#include <cstdint>
 #include <mutex>
+#include <optional>
 #include <regex>
 
 namespace tarnwick::tests {
 namespace {
 
-std::mutex g_mutex;
+// Never taken inside of the other: the texts come while the shared capture holds a mutex of its own.
+std::mutex g_countMutex;
+std::mutex g_textsMutex;
+
 std::vector<std::string> g_texts;
 int g_captures = 0;
-void* g_handler = nullptr;
+std::optional<common::DebugOutputCapture> g_output;
 
-LONG CALLBACK OnException(EXCEPTION_POINTERS* pointers) {
-  const EXCEPTION_RECORD& record = *pointers->ExceptionRecord;
-  if (record.ExceptionCode != DBG_PRINTEXCEPTION_C || record.NumberParameters < 2)
-    return EXCEPTION_CONTINUE_SEARCH;
-  const auto length = static_cast<size_t>(record.ExceptionInformation[0]);
-  const char* text = reinterpret_cast<const char*>(record.ExceptionInformation[1]);
-  // Anybody can raise this code, and send along what is no text.
-  if (IsBadReadPtr(text, length)) return EXCEPTION_CONTINUE_SEARCH;
-  std::lock_guard lock(g_mutex);
-  // The length counts the terminating zero.
-  g_texts.emplace_back(text, length > 0 ? length - 1 : 0);
-  return EXCEPTION_CONTINUE_SEARCH;
+// A wide text that isn't wanted comes again in the ANSI code page.
+bool IsNarrow(const common::DebugText& text) { return std::holds_alternative<std::string>(text); }
+
+void Keep(const common::DebugText& text) {
+  const std::lock_guard lock(g_textsMutex);
+  g_texts.push_back(std::get<std::string>(text));
 }
 
 }  // namespace
 
 DebugCapture::DebugCapture() {
-  std::lock_guard lock(g_mutex);
-  if (g_captures++ == 0) {
-    g_texts.clear();
-    g_handler = AddVectoredExceptionHandler(1, OnException);
-  }
+  const std::lock_guard lock(g_countMutex);
+  if (g_captures++ > 0) return;
+  Clear();
+  g_output.emplace(IsNarrow, Keep);
 }
 
 DebugCapture::~DebugCapture() {
-  std::lock_guard lock(g_mutex);
-  if (--g_captures == 0) RemoveVectoredExceptionHandler(g_handler);
+  const std::lock_guard lock(g_countMutex);
+  if (--g_captures == 0) g_output.reset();
 }
 
 std::vector<std::string> DebugCapture::Raw() const {
-  std::lock_guard lock(g_mutex);
+  std::lock_guard lock(g_textsMutex);
   return g_texts;
 }
 
@@ -66,7 +62,7 @@ std::vector<std::string> DebugCapture::LinesWith(const std::string& prefix) cons
 }
 
 void DebugCapture::Clear() {
-  std::lock_guard lock(g_mutex);
+  std::lock_guard lock(g_textsMutex);
   g_texts.clear();
 }
 

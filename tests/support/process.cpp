@@ -1,6 +1,6 @@
 #include "support/process.h"
 
-#include "desktop/wide_text.h"
+#include "common/wide_text.h"
 #include "foundation/windows_api.h"
 
 #include <future>
@@ -9,8 +9,8 @@
 namespace tarnwick::tests {
 namespace {
 
-using desktop::Narrow;
-using desktop::Wide;
+using common::Narrow;
+using common::Wide;
 
 // By the rules that CommandLineToArgvW undoes: backslashes count only before a quote.
 std::wstring Quoted(const std::string& argument) {

@@ -1,7 +1,7 @@
 // The focus watch through the built library, with real windows of several processes. The other processes are
 // this program itself, started with the filter of one of the FocusHelper tests, which are disabled otherwise.
+#include "common/wide_text.h"
 #include "desktop/desktop.h"
-#include "desktop/wide_text.h"
 #include "foundation/owner.h"
 #include "foundation/windows_api.h"
 #include "support/debug_capture.h"
@@ -21,8 +21,8 @@
 namespace tarnwick::tests {
 namespace {
 
-using desktop::Narrow;
-using desktop::Wide;
+using common::Narrow;
+using common::Wide;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;

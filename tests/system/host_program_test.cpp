@@ -1,6 +1,6 @@
 // tarnwick.exe as a person or a script runs it.
+#include "common/wide_text.h"
 #include "desktop/desktop.h"
-#include "desktop/wide_text.h"
 #include "foundation/owner.h"
 #include "support/process.h"
 #include "support/uninstall_key.h"
@@ -26,7 +26,7 @@ const std::string kFolder = R"(C:\TarnwickTest\Host)";
 const std::string kCatalogue = kFolder + R"(\Каталог 游戏.xml)";
 
 std::string ReadBytes(const std::string& path) {
-  std::ifstream file(std::filesystem::path(desktop::Wide(path)), std::ios::binary);
+  std::ifstream file(std::filesystem::path(common::Wide(path)), std::ios::binary);
   std::ostringstream bytes;
   bytes << file.rdbuf();
   return bytes.str();
@@ -35,7 +35,7 @@ std::string ReadBytes(const std::string& path) {
 // Nobody else can open the file while the handle lives.
 Handle Locked(const std::string& path) {
   const HANDLE file =
-      CreateFileW(desktop::Wide(path).c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+      CreateFileW(common::Wide(path).c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
   EXPECT_NE(file, INVALID_HANDLE_VALUE) << path;
   return Handle(file);
 }
@@ -176,7 +176,7 @@ TEST(HostProgram, ScanWritesLinesAndCommaSeparatedValues) {
 TEST(HostProgram, LaunchersThatAreRecognisedAndNotReadAreNamedUnderTheTable) {
   desktop::Desktop world = OneGame();
   EXPECT_THAT(RunProgram(kProgram, {"scan", kCatalogue}).output, Not(HasSubstr("itch.io")));
-  world.File(desktop::Narrow(_wgetenv(L"APPDATA")) + R"(\itch\db\butler.db)");
+  world.File(common::Narrow(_wgetenv(L"APPDATA")) + R"(\itch\db\butler.db)");
   const ProgramResult table = RunProgram(kProgram, {"scan", kCatalogue});
   EXPECT_THAT(table.output,
               EndsWith("itch.io is here: Tarnwick recognises it, but reads no games from it.\n"));

@@ -1,7 +1,7 @@
 // The demo's sample desktop through the exports: each way of finding games finds its game, under the name and
 // with the launch URL that belong to that way, and no game stands twice.
+#include "common/wide_text.h"
 #include "desktop/description.h"
-#include "desktop/wide_text.h"
 
 #include "support/library.h"
 #include "support/process.h"
@@ -123,7 +123,7 @@ const std::vector<std::pair<Finder, std::vector<std::string>>> kFound = {
 
 std::string SampleText() {
   std::ifstream stream(
-      std::filesystem::path(desktop::Wide(tests::SourceFolder() + "/desktop/samples/sample-desktop.json")),
+      std::filesystem::path(common::Wide(tests::SourceFolder() + "/desktop/samples/sample-desktop.json")),
       std::ios::binary);
   return {std::istreambuf_iterator<char>(stream), {}};
 }
@@ -153,7 +153,7 @@ TEST_F(SampleDesktop, ShowsEveryGameOnceAndNothingElse) {
   std::vector<Game> expected = kExpected;
   // The one path that lies where this user's folders lie.
   expected.push_back(
-      {"Dustwing", desktop::Narrow(_wgetenv(L"USERPROFILE")) + R"(\Games\Dustwing\dustwing.exe)", ""});
+      {"Dustwing", common::Narrow(_wgetenv(L"USERPROFILE")) + R"(\Games\Dustwing\dustwing.exe)", ""});
   auto scan = Scan();
   for (auto& game : scan)
     if (game.at("name") == "Dustwing")

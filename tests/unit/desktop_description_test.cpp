@@ -1,7 +1,8 @@
 #include "desktop/description.h"
 
+#include "common/wide_text.h"
 #include "desktop/journal.h"
-#include "desktop/wide_text.h"
+#include "desktop/windows_calls.h"
 #include "foundation/owner.h"
 #include "support/process.h"
 #include "support/uninstall_key.h"
@@ -18,6 +19,8 @@
 namespace tarnwick::desktop {
 namespace {
 
+using common::Narrow;
+using common::Wide;
 using testing::AllOf;
 using testing::HasSubstr;
 

@@ -1,7 +1,8 @@
 // The sample desktop of the demo stands and goes.
+#include "common/wide_text.h"
 #include "desktop/description.h"
 #include "desktop/journal.h"
-#include "desktop/wide_text.h"
+#include "desktop/windows_calls.h"
 #include "foundation/windows_api.h"
 #include "support/source_folder.h"
 
@@ -17,7 +18,7 @@ namespace {
 
 std::string SampleText() {
   std::ifstream stream(
-      std::filesystem::path(Wide(tests::SourceFolder() + "/desktop/samples/sample-desktop.json")),
+      std::filesystem::path(common::Wide(tests::SourceFolder() + "/desktop/samples/sample-desktop.json")),
       std::ios::binary);
   return {std::istreambuf_iterator<char>(stream), {}};
 }

@@ -1,7 +1,8 @@
 #include "desktop/desktop.h"
 
+#include "common/wide_text.h"
 #include "desktop/journal.h"
-#include "desktop/wide_text.h"
+#include "desktop/windows_calls.h"
 #include "foundation/owner.h"
 #include "support/process.h"
 
@@ -18,6 +19,8 @@
 namespace tarnwick::desktop {
 namespace {
 
+using common::Narrow;
+using common::Wide;
 const std::string kFolder = R"(C:\TarnwickTest\Desktop)";
 const std::string kKey = R"(HKEY_LOCAL_MACHINE\SOFTWARE\TarnwickDesktopTest)";
 

@@ -1,7 +1,7 @@
 #include "core/version_names.h"
 
+#include "common/wide_text.h"
 #include "desktop/desktop.h"
-#include "desktop/wide_text.h"
 
 #include <gtest/gtest.h>
 
@@ -16,7 +16,7 @@ class VersionNames : public testing::Test {
     desktop::ExecutableOptions options;
     options.versions = versions;
     desktop_.Executable(kPath, options);
-    return VersionName(desktop::Wide(kPath));
+    return VersionName(common::Wide(kPath));
   }
 
   static constexpr char kPath[] = R"(C:\TarnwickTest\VersionNames\game.exe)";
@@ -66,7 +66,7 @@ TEST_F(VersionNames, QueriesLanguageAndCodePageAsTheResourceNamesThem) {
 
 TEST_F(VersionNames, FileThatIsNoExecutableHasNone) {
   desktop_.File(kPath, "not an executable");
-  EXPECT_EQ(VersionName(desktop::Wide(kPath)), L"");
+  EXPECT_EQ(VersionName(common::Wide(kPath)), L"");
 }
 
 }  // namespace

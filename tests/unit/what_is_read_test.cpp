@@ -1,13 +1,13 @@
 // docs/what-is-read.md is made here, from the questions that the sample desktop makes the library ask, and
 // held: a place that is read and not told there is a failure. scripts/what-is-read writes it anew.
 #include "catalogue/xml_parser.h"
+#include "common/wide_text.h"
 #include "core/catalogue_choice.h"
 #include "core/game_details.h"
 #include "core/merge.h"
 #include "core/scan_json.h"
 #include "core/strategy_runner.h"
 #include "desktop/description.h"
-#include "desktop/wide_text.h"
 #include "foundation/com_scope.h"
 #include "foundation/machine/data_files.h"
 #include "foundation/text.h"
@@ -38,7 +38,7 @@ using tests::HeardQuestions;
 
 constexpr char kCatalogue[] = R"(C:\TarnwickDemo\MasterGameList.xml)";
 
-std::filesystem::path PagePath() { return desktop::Wide(tests::SourceFolder() + "/docs/what-is-read.md"); }
+std::filesystem::path PagePath() { return common::Wide(tests::SourceFolder() + "/docs/what-is-read.md"); }
 
 std::string FileText(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
@@ -120,7 +120,7 @@ void AddSource(Words& words, const std::string& source) {
 
 Words WordsOfTheLibrary() {
   Words words;
-  const std::filesystem::path sources = desktop::Wide(tests::SourceFolder() + "/src");
+  const std::filesystem::path sources = common::Wide(tests::SourceFolder() + "/src");
   for (const auto& entry : std::filesystem::recursive_directory_iterator(sources)) {
     const std::wstring extension = entry.path().extension();
     if (extension == L".cpp" || extension == L".h") AddSource(words, FileText(entry.path()));
@@ -290,7 +290,7 @@ void AskForLookups() {
   const AskingAs asking(kLookups);
   const std::string request = R"([{"name":"x","exeName":"fernpad.exe","exePath":"bin"}])";
   std::string ignored;
-  ReadWholeFile(desktop::Wide(kCatalogue), ignored);
+  ReadWholeFile(common::Wide(kCatalogue), ignored);
   FoundGamesJson(g_appCache, ParseGameQueryList(request.c_str()));
 }
 
@@ -322,7 +322,7 @@ void AskOnABareMachine(const GameList& games) {
 
 void BuildSample(Desktop& desktop) {
   const std::filesystem::path sample =
-      desktop::Wide(tests::SourceFolder() + "/desktop/samples/sample-desktop.json");
+      common::Wide(tests::SourceFolder() + "/desktop/samples/sample-desktop.json");
   ApplyDescription(desktop, FileText(sample));
 }
 

@@ -1,34 +1,15 @@
-// Edge: text conversion and error texts of Windows.
-#include "desktop/wide_text.h"
+// Edge: long paths and error texts of Windows.
+#include "desktop/windows_calls.h"
 
+#include "common/wide_text.h"
 #include "foundation/windows_api.h"
 
 #include <filesystem>
 
 namespace tarnwick::desktop {
 
-std::wstring Wide(const std::string& text) {
-  if (text.empty()) return {};
-  const int length = static_cast<int>(text.size());
-  const int units = MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, text.data(), length, nullptr, 0);
-  if (units == 0) throw std::runtime_error("not valid UTF-8: " + text);
-  std::wstring wide(static_cast<size_t>(units), L'\0');
-  MultiByteToWideChar(CP_UTF8, 0, text.data(), length, wide.data(), units);
-  return wide;
-}
-
-std::string Narrow(const std::wstring& text) {
-  if (text.empty()) return {};
-  const int units = static_cast<int>(text.size());
-  const int length = WideCharToMultiByte(CP_UTF8, 0, text.data(), units, nullptr, 0, nullptr, nullptr);
-  if (length == 0) throw std::runtime_error("not valid UTF-16");
-  std::string narrow(static_cast<size_t>(length), '\0');
-  WideCharToMultiByte(CP_UTF8, 0, text.data(), units, narrow.data(), length, nullptr, nullptr);
-  return narrow;
-}
-
 std::wstring LongPath(const std::string& path) {
-  std::wstring wide = Wide(path);
+  std::wstring wide = common::Wide(path);
   const std::wstring prefix = L"\\\\?\\";
   if (wide.starts_with(prefix)) return wide;
   const bool network = wide.starts_with(L"\\\\");
@@ -44,7 +25,7 @@ std::runtime_error WindowsError(const std::string& what, const std::string& subj
   wchar_t text[512];
   const DWORD units = FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
                                      code, 0, text, static_cast<DWORD>(std::size(text)), nullptr);
-  std::string message = Narrow(std::wstring(text, units));
+  std::string message = common::Narrow(std::wstring(text, units));
   while (!message.empty() && static_cast<unsigned char>(message.back()) <= ' ') message.pop_back();
   return std::runtime_error(what + " '" + subject + "': error " + std::to_string(code) +
                             (message.empty() ? "" : " (" + message + ")"));
