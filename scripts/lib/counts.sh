@@ -83,8 +83,8 @@ run_unittest() {
 
 # unittest_count WORDS LOG: the sum behind these words in the closing line, such as "FAILED (failures=1, errors=2)".
 unittest_count() {
-  sed -nE 's/^(OK|FAILED) \((.*)\)/\2/p' "$2" | grep -oE "\b($1)=[0-9]+" | grep -oE '[0-9]+' |
-    awk '{ sum += $1 } END { print sum + 0 }' || echo 0
+  { sed -nE 's/^(OK|FAILED) \((.*)\)/\2/p' "$2" | grep -oE "\b($1)=[0-9]+" | grep -oE '[0-9]+' || true; } |
+    awk '{ sum += $1 } END { print sum + 0 }'
 }
 
 # Ends with the counts, alone on the last line. True if all is well.

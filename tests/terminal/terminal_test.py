@@ -155,9 +155,9 @@ def desktop(*arguments):
 
 def keep_wine_running():
     """Wine's desktop process inherits the pipes of the program that makes it necessary, and keeps them open until the
-    last program has ended: better that of a program without pipes.
+    last program has ended: better that of a program without pipes. Its window gives the watch something to see.
     """
-    keeper = subprocess.Popen(["wine", TARNWICK, "watch"], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+    keeper = subprocess.Popen(["wine", "notepad"], stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
                               stderr=subprocess.DEVNULL, start_new_session=True)
     unittest.addModuleCleanup(keeper.wait)
     unittest.addModuleCleanup(keeper.kill)
