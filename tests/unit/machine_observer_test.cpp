@@ -1,5 +1,6 @@
 #include "foundation/machine/observer.h"
 
+#include "common/heard_questions.h"
 #include "core/strategy_runner.h"
 #include "desktop/desktop.h"
 #include "foundation/conversions.h"
@@ -13,7 +14,6 @@
 #include "foundation/windows_api.h"
 #include "launchers/arc_registry_search.h"
 #include "support/debug_capture.h"
-#include "support/heard_questions.h"
 #include "support/locked_path.h"
 
 #include <gmock/gmock.h>
@@ -25,6 +25,8 @@
 namespace tarnwick {
 namespace {
 
+using common::Heard;
+using common::HeardQuestions;
 using desktop::Desktop;
 using testing::AllOf;
 using testing::Contains;
@@ -33,8 +35,6 @@ using testing::Field;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::SizeIs;
-using tests::Heard;
-using tests::HeardQuestions;
 
 const std::string kRoot = R"(C:\TarnwickTest\Observer)";
 const std::string kKey = R"(HKEY_CURRENT_USER\Software\TarnwickTest\Observer)";

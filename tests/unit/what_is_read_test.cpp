@@ -1,6 +1,7 @@
 // docs/what-is-read.md is made here, from the questions that the sample desktop makes the library ask, and
 // held: a place that is read and not told there is a failure. scripts/what-is-read writes it anew.
 #include "catalogue/xml_parser.h"
+#include "common/heard_questions.h"
 #include "common/wide_text.h"
 #include "core/catalogue_choice.h"
 #include "core/game_details.h"
@@ -15,7 +16,6 @@
 #include "inventory/app_queries.h"
 #include "support/debug_capture.h"
 #include "support/describe.h"
-#include "support/heard_questions.h"
 #include "support/source_folder.h"
 
 #include <gmock/gmock.h>
@@ -32,9 +32,9 @@
 namespace tarnwick {
 namespace {
 
+using common::Heard;
+using common::HeardQuestions;
 using desktop::Desktop;
-using tests::Heard;
-using tests::HeardQuestions;
 
 constexpr char kCatalogue[] = R"(C:\TarnwickDemo\MasterGameList.xml)";
 

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace tarnwick::tests {
+namespace tarnwick::common {
 
 struct Heard {
   Question question;
@@ -51,4 +51,4 @@ class HeardQuestions {
   Observer observer_;
 };
 
-}  // namespace tarnwick::tests
+}  // namespace tarnwick::common
