@@ -162,7 +162,7 @@ TEST_F(ResolveRegistrySearch, TriesTheGameFolderForThePlainExecutableOnly) {
 TEST_F(ResolveRegistrySearch, ThePlainListGoesByFolderCandidates) {
   signature_.DefaultExe = "foo.exe";
   signature_.DefaultFolderExe = "bin\\x.exe|RegistrySearch\\y.exe";
-  const std::string moved = Make("Foo\\RegistrySearch\\y.exe");
+  Make("Foo\\RegistrySearch\\y.exe");
   EXPECT_EQ(Resolve("Foo"), "");  // the segment moves: it leaves its old place in the folder
   desktop_.File("C:\\TarnwickTest\\Foo\\RegistrySearch\\y.exe");
   EXPECT_EQ(Resolve("Foo"), "C:\\TarnwickTest\\Foo\\RegistrySearch\\y.exe");
