@@ -22,7 +22,7 @@ struct Heard {
 class HeardQuestions {
  public:
   // `refuses` is called by one thread at a time.
-  explicit HeardQuestions(std::function<bool(const Question&)> refuses = nullptr) {
+  explicit HeardQuestions(const std::function<bool(const Question&)>& refuses = nullptr) {
     if (refuses) {
       observer_.refuses = [this, refuses](const Question& question) {
         const std::lock_guard lock(mutex_);

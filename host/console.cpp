@@ -6,10 +6,7 @@
 #include <shellapi.h>
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
 #include <memory>
-#include <sstream>
 #include <stdexcept>
 
 #include "host/output_file.h"
@@ -93,14 +90,6 @@ void WriteResult(const std::string& path, const std::string& text) {
   } else {
     OutputFile(path).Write(text);
   }
-}
-
-std::string ReadFileBytes(const std::string& path) {
-  std::ifstream file(std::filesystem::path(Widen(path)), std::ios::binary);
-  if (!file) throw std::runtime_error("can't open " + path);
-  std::ostringstream bytes;
-  bytes << file.rdbuf();
-  return std::move(bytes).str();
 }
 
 std::wstring Widen(const std::string& text) { return common::Wide(text, common::Malformed::kReplaced); }

@@ -35,8 +35,6 @@ bool StandardErrorIsTerminal();
 // what can't be written, and why.
 void WriteResult(const std::string& path, const std::string& text);
 
-std::string ReadFileBytes(const std::string& path);  // throws std::runtime_error naming the file
-
 // Malformed text has U+FFFD in place of what is wrong.
 std::wstring Widen(const std::string& text);
 using common::Narrow;

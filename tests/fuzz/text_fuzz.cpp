@@ -26,7 +26,7 @@ std::wstring Units(const uint8_t* data, size_t size) {
 std::string ToUtf8(const std::wstring& units) {
   std::string text;
   for (const wchar_t wide : units) {
-    const auto unit = static_cast<uint32_t>(wide);
+    const auto unit = static_cast<char16_t>(wide);
     if (unit < 0x80) {
       text += static_cast<char>(unit);
     } else if (unit < 0x800) {

@@ -24,7 +24,7 @@ struct Com {
   bool entered;
 };
 
-std::string FromBase64(std::string_view text) {
+std::string FromBase64(const std::string& text) {
   const auto length = static_cast<DWORD>(text.size());
   DWORD bytes = length;
   std::string decoded(length, '\0');
@@ -76,7 +76,7 @@ Picture DecodePng(const void* bytes, size_t size) {
 Picture DecodePngDataUri(std::string_view uri) {
   constexpr std::string_view kPrefix = "data:image/png;base64,";
   if (!uri.starts_with(kPrefix)) throw std::runtime_error("no data URI of a PNG");
-  const std::string bytes = FromBase64(uri.substr(kPrefix.size()));
+  const std::string bytes = FromBase64(std::string(uri.substr(kPrefix.size())));
   return DecodePng(bytes.data(), bytes.size());
 }
 

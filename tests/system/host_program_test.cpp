@@ -2,6 +2,7 @@
 #include "common/wide_text.h"
 #include "desktop/desktop.h"
 #include "foundation/owner.h"
+#include "support/file_bytes.h"
 #include "support/process.h"
 #include "support/uninstall_key.h"
 
@@ -9,7 +10,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
 namespace tarnwick::tests {
 namespace {
@@ -24,13 +24,6 @@ using testing::StartsWith;
 constexpr const char* kProgram = "tarnwick.exe";
 const std::string kFolder = R"(C:\TarnwickTest\Host)";
 const std::string kCatalogue = kFolder + R"(\Каталог 游戏.xml)";
-
-std::string ReadBytes(const std::string& path) {
-  std::ifstream file(std::filesystem::path(common::Wide(path)), std::ios::binary);
-  std::ostringstream bytes;
-  bytes << file.rdbuf();
-  return bytes.str();
-}
 
 // Nobody else can open the file while the handle lives.
 Handle Locked(const std::string& path) {

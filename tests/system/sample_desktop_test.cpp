@@ -3,6 +3,7 @@
 #include "common/wide_text.h"
 #include "desktop/description.h"
 
+#include "support/file_bytes.h"
 #include "support/library.h"
 #include "support/process.h"
 #include "support/source_folder.h"
@@ -11,8 +12,6 @@
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
 
-#include <filesystem>
-#include <fstream>
 #include <map>
 #include <set>
 #include <utility>
@@ -122,10 +121,7 @@ const std::vector<std::pair<Finder, std::vector<std::string>>> kFound = {
 };
 
 std::string SampleText() {
-  std::ifstream stream(
-      std::filesystem::path(common::Wide(tests::SourceFolder() + "/desktop/samples/sample-desktop.json")),
-      std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
+  return tests::ReadBytes(tests::SourceFolder() + "/desktop/samples/sample-desktop.json");
 }
 
 class SampleDesktop : public testing::Test {

@@ -5,6 +5,7 @@
 #include "foundation/windows_api.h"
 #include "support/debug_capture.h"
 #include "support/uninstall_key.h"
+#include "support/utf16_bytes.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,13 +20,10 @@ using desktop::View;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::Not;
+using tests::Utf16Bytes;
 
 const std::string& kMachine = tests::kUninstallKey;
 const std::string& kUser = tests::kUserUninstallKey;
-
-std::string Utf16Bytes(const std::wstring& text) {
-  return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)};
-}
 
 // The cached applications whose names begin so, in their order.
 std::vector<AppRecord> Cached(const std::wstring& prefix) {
@@ -353,7 +351,8 @@ TEST_F(RegistryValueTexts, AnOddByteBecomesACharacterOfItsOwn) {
 }
 
 TEST_F(RegistryValueTexts, OnlyTheTwoTextTypesAreTaken) {
-  for (const uint32_t type : {REG_BINARY, REG_DWORD, REG_MULTI_SZ, REG_NONE, REG_LINK, REG_QWORD}) {
+  const std::vector<uint32_t> others = {REG_BINARY, REG_DWORD, REG_MULTI_SZ, REG_NONE, REG_LINK, REG_QWORD};
+  for (const uint32_t type : others) {
     Set(type, Utf16Bytes(std::wstring(L"abc\0", 4)));
     EXPECT_EQ(Text(), L"") << type;
   }

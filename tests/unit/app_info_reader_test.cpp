@@ -142,8 +142,9 @@ TEST(AppInfoReader, FromFortyOneOnTheStringTableHasALineOfItsOwn) {
 
 TEST(AppInfoReader, AnyMagicIsTakenAndLoggedInLowerCaseHexadecimal) {
   const LogCapture log;
-  Loaded(Le32(0xABCDEF27) + Le32(9) + Le32(0));
-  Loaded(Le32(0x00000127) + Le32(9) + Le32(0));
+  for (const uint32_t magic : {0xABCDEF27u, 0x00000127u}) {
+    const Loaded loaded(Le32(magic) + Le32(9) + Le32(0));
+  }
   EXPECT_EQ(log.Lines()[0], "[SteamAppInfo] Header Magic: 0xabcdef, Version: 39");
   EXPECT_EQ(log.Lines()[3], "[SteamAppInfo] Header Magic: 0x1, Version: 39");
 }

@@ -124,7 +124,7 @@ TEST_F(ArcRegistrySearchTest, SkipsAKeyWithoutInstallPathOrClient) {
 }
 
 TEST_F(ArcRegistrySearchTest, ContentsItselfWithAnEmptyInstallPath) {
-  const std::string exe = Game("Game");
+  Game("Game");
   desktop_.String(kRoot + "Game", "InstallPath", "", View::k32);
   EXPECT_EQ(Search().size(), 1u);
 }

@@ -12,9 +12,12 @@ namespace tarnwick {
 namespace {
 
 using testing::ElementsAre;
+using testing::ElementsAreArray;
 using testing::IsEmpty;
 using tests::Describe;
 using tests::kOddName;
+using tests::SearchLog;
+using tests::WithResultFields;
 
 const std::string kFolder = "TarnwickTest\\DefaultExe";
 const std::string kRoot = "C:\\" + kFolder + "\\";
@@ -49,28 +52,21 @@ TEST_F(DefaultExeSearch, LogsItsFrameForNoGames) {
 
 // The game is on drive C: alone: one result, however many drives are tried.
 TEST_F(DefaultExeSearch, ReportsAnInstalledGameWithAllFields) {
-  GameSignature game = Install("Foo Bar");
-  game.LaunchUrl = "foo://run";
-  game.SourceKind = kSourceEa;
-  game.SourceExId = "7";
+  const GameSignature game = WithResultFields(Install("Foo Bar"));
   EXPECT_THAT(Describe(ScanDefaultExe({game}, "S-1-5-21")),
               ElementsAre("Foo Bar|" + kRoot + "Foo Bar\\foo.exe|foo://run|DefaultExe Search||1|0|"));
   EXPECT_THAT(capture_.Raw(),
-              ElementsAre("[Tarnwick] [DefaultExeSearch] Starting DefaultExe Search...\n",
-                          "[Tarnwick] [DefaultExeSearch] Found: Foo Bar -> " + kRoot + "Foo Bar\\foo.exe\n",
-                          "[Tarnwick] [DefaultExeSearch] Scan completed! Found 1 games.\n"));
+              ElementsAreArray(SearchLog("DefaultExe", {"Foo Bar -> " + kRoot + "Foo Bar\\foo.exe"})));
 }
 
 TEST_F(DefaultExeSearch, KeepsTheOrderOfTheCatalogue) {
   const GameList games = {Install("B"), Signature("Missing", kRoot + "Missing"), Install(kOddName),
                           Install("A")};
   ScanDefaultExe(games, "");
-  EXPECT_THAT(capture_.Lines(),
-              ElementsAre("[DefaultExeSearch] Starting DefaultExe Search...",
-                          "[DefaultExeSearch] Found: B -> " + kRoot + "B\\foo.exe",
-                          "[DefaultExeSearch] Found: " + kOddName + " -> " + kRoot + kOddName + "\\foo.exe",
-                          "[DefaultExeSearch] Found: A -> " + kRoot + "A\\foo.exe",
-                          "[DefaultExeSearch] Scan completed! Found 3 games."));
+  EXPECT_THAT(capture_.Raw(),
+              ElementsAreArray(SearchLog("DefaultExe", {"B -> " + kRoot + "B\\foo.exe",
+                                                        kOddName + " -> " + kRoot + kOddName + "\\foo.exe",
+                                                        "A -> " + kRoot + "A\\foo.exe"})));
 }
 
 TEST_F(DefaultExeSearch, SkipsSteamEpicAndTheStore) {
@@ -103,11 +99,9 @@ TEST_F(DefaultExeSearch, AGameOnTwoDrivesGivesTwoResultsInTheOrderOfTheLetters) 
   const GameSignature game = Signature("Foo", "C:\\tmp\\TarnwickTest\\DefaultExe");
   EXPECT_THAT(Scan(game), ElementsAre(Expected("C:\\tmp\\TarnwickTest\\DefaultExe\\foo.exe"),
                                       Expected("Z:\\tmp\\TarnwickTest\\DefaultExe\\foo.exe")));
-  EXPECT_THAT(capture_.Lines(),
-              ElementsAre("[DefaultExeSearch] Starting DefaultExe Search...",
-                          "[DefaultExeSearch] Found: Foo -> C:\\tmp\\TarnwickTest\\DefaultExe\\foo.exe",
-                          "[DefaultExeSearch] Found: Foo -> Z:\\tmp\\TarnwickTest\\DefaultExe\\foo.exe",
-                          "[DefaultExeSearch] Scan completed! Found 2 games."));
+  EXPECT_THAT(capture_.Raw(), ElementsAreArray(SearchLog(
+                                  "DefaultExe", {"Foo -> C:\\tmp\\TarnwickTest\\DefaultExe\\foo.exe",
+                                                 "Foo -> Z:\\tmp\\TarnwickTest\\DefaultExe\\foo.exe"})));
 }
 
 TEST_F(DefaultExeSearch, AGameOnAnotherDriveThanTheCataloguesIsFound) {

@@ -1,8 +1,6 @@
 #include "matching/default_registry_scan.h"
 
-#include "desktop/desktop.h"
-#include "support/debug_capture.h"
-#include "support/describe.h"
+#include "support/strategy_fixture.h"
 
 #include <gmock/gmock.h>
 
@@ -11,14 +9,13 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using tests::DebugCapture;
 using tests::Describe;
+using tests::kOddName;
 
 const std::string kRoot = "C:\\TarnwickTest\\DefaultRegistry\\";
 const std::string kKey = "HKEY_LOCAL_MACHINE\\SOFTWARE\\TarnwickTest\\DefaultRegistry\\";
-const std::string kOddName = "caf\xC3\xA9 \xD0\x98\xD0\xB3\xD1\x80\xD0\xB0 \xE6\xBC\xA2";
 
-class DefaultRegistryScan : public testing::Test {
+class DefaultRegistryScan : public tests::StrategyTest {
  protected:
   // A game whose key gives its folder, and whose executable exists.
   GameSignature Install(const std::string& name, const std::string& exe = "foo.exe") {
@@ -35,9 +32,6 @@ class DefaultRegistryScan : public testing::Test {
     signature.DefaultExe = exe;
     return signature;
   }
-
-  desktop::Desktop desktop_;
-  DebugCapture capture_;
 };
 
 TEST_F(DefaultRegistryScan, LogsItsFrameForNoGames) {
@@ -47,10 +41,7 @@ TEST_F(DefaultRegistryScan, LogsItsFrameForNoGames) {
 }
 
 TEST_F(DefaultRegistryScan, ReportsAnInstalledGameWithAllFields) {
-  GameSignature game = Install("Foo");
-  game.LaunchUrl = "foo://run";
-  game.SourceKind = kSourceEa;
-  game.SourceExId = "7";
+  GameSignature game = tests::WithResultFields(Install("Foo"));
   game.GameGUID = "{X}";
   EXPECT_THAT(Describe(ScanRegistryGames({game}, "")),
               ElementsAre("Foo|" + kRoot + "Foo\\foo.exe|foo://run|" + kKey + "Foo||1|0|"));

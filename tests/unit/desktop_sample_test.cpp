@@ -4,23 +4,19 @@
 #include "desktop/journal.h"
 #include "desktop/windows_calls.h"
 #include "foundation/windows_api.h"
+#include "support/file_bytes.h"
 #include "support/source_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <filesystem>
-#include <fstream>
 #include <set>
 
 namespace tarnwick::desktop {
 namespace {
 
 std::string SampleText() {
-  std::ifstream stream(
-      std::filesystem::path(common::Wide(tests::SourceFolder() + "/desktop/samples/sample-desktop.json")),
-      std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
+  return tests::ReadBytes(tests::SourceFolder() + "/desktop/samples/sample-desktop.json");
 }
 
 bool Exists(const std::string& path) {

@@ -5,6 +5,7 @@
 #include "desktop/windows_calls.h"
 #include "foundation/owner.h"
 #include "support/process.h"
+#include "support/utf16_bytes.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -61,9 +62,7 @@ bool KeyExists(const std::string& key, REGSAM view = 0) {
                        opened.Receive()) == 0;
 }
 
-std::string Units(const std::wstring& text) {
-  return {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)};
-}
+std::string Terminated(const std::wstring& text) { return tests::Utf16Bytes(text + L'\0'); }
 
 TEST(Desktop, RefusesAMachineThatIsNotThrowaway) {
   _putenv("TARNWICK_THROWAWAY_MACHINE=0");
@@ -182,10 +181,10 @@ TEST(Desktop, WritesEveryTypeOfValue) {
   desktop.Binary(kKey, "Binary", std::string_view("\0\1\2", 3));
   desktop.Binary(kKey, "Nothing", {});
   desktop.RawValue(kKey, "Odd", REG_SZ, "abc");
-  EXPECT_EQ(Read(kKey, "Text"), (Value{REG_SZ, Units(std::wstring(L"Игра 游戏", 8))}));
-  EXPECT_EQ(Read(kKey, ""), (Value{REG_SZ, Units(std::wstring(L"default", 8))}));
-  EXPECT_EQ(Read(kKey, "Expand"), (Value{REG_EXPAND_SZ, Units(std::wstring(L"%PATH%", 7))}));
-  EXPECT_EQ(Read(kKey, "Multi"), (Value{REG_MULTI_SZ, Units(std::wstring(L"a\0b\0\0", 5))}));
+  EXPECT_EQ(Read(kKey, "Text"), (Value{REG_SZ, Terminated(L"Игра 游戏")}));
+  EXPECT_EQ(Read(kKey, ""), (Value{REG_SZ, Terminated(L"default")}));
+  EXPECT_EQ(Read(kKey, "Expand"), (Value{REG_EXPAND_SZ, Terminated(L"%PATH%")}));
+  EXPECT_EQ(Read(kKey, "Multi"), (Value{REG_MULTI_SZ, Terminated(std::wstring(L"a\0b\0", 4))}));
   EXPECT_EQ(Read(kKey, "Dword"), (Value{REG_DWORD, "\4\3\2\1"}));
   EXPECT_EQ(Read(kKey, "Qword"), (Value{REG_QWORD, "\x8\7\6\5\4\3\2\1"}));
   EXPECT_EQ(Read(kKey, "Binary"), (Value{REG_BINARY, std::string("\0\1\2", 3)}));
@@ -221,7 +220,7 @@ TEST(Desktop, TakesAwayOnlyTheKeysAndValuesItMade) {
     inner.Key(kKey + R"(\Deep\Deeper\)");
     EXPECT_TRUE(KeyExists(kKey + R"(\Deep\Deeper)"));
   }
-  EXPECT_EQ(Read(kKey, "Stays"), (Value{REG_SZ, Units(std::wstring(L"old", 4))}));
+  EXPECT_EQ(Read(kKey, "Stays"), (Value{REG_SZ, Terminated(L"old")}));
   EXPECT_TRUE(Read(kKey, "Other"));
   EXPECT_FALSE(Read(kKey, "Goes"));
   EXPECT_FALSE(KeyExists(kKey + R"(\Deep)"));

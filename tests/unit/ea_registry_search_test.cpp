@@ -107,7 +107,7 @@ TEST_F(EaRegistrySearch, KeepsTheIconIndexAndSoFindsNoFile) {
 }
 
 TEST_F(EaRegistrySearch, ComparesGuidsWithCase) {
-  const std::string exe = Game("Case", "{abc}");
+  Game("Case", "{abc}");
   Publish("EA Games", "Case", "{ABC}");
   EXPECT_THAT(Search(), IsEmpty());
 }

@@ -152,7 +152,7 @@ TEST_F(GameUxRegistrySearch, TheMarketplaceIsLeftOutByItsExactTitle) {
 }
 
 TEST_F(GameUxRegistrySearch, TheSystemsOwnGamesAreLeftOutByTheirSecondPath) {
-  const std::string exe = Enter("One", "ABC");
+  Enter("One", "ABC");
   for (const std::string path :
        {"C:\\Program Files\\Microsoft Games\\Chess\\chess.exe",
         "%SystemDrive%\\PROGRAM FILES\\microsoft games", "program files\\microsoft games"}) {
@@ -176,7 +176,7 @@ TEST_F(GameUxRegistrySearch, AFirstPathBelowMicrosoftGamesDoesNotCount) {
 
 TEST_F(GameUxRegistrySearch, ALaterSubkeyOfTheSameIdReplacesEveryField) {
   GameUxEntries entries;
-  const std::string first = Enter("A", "ABC");
+  Enter("A", "ABC");
   Set("A", "ConfigGDFBinaryPath", kRoot + "a.gdf");
   const std::string second = Enter("B", "{ABC}");
   ReadGameUxSubkey(kList, "A", entries);

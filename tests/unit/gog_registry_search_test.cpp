@@ -76,7 +76,7 @@ TEST_F(GogRegistrySearchTest, ReadsTheValuesOfTheNativeViewInBothPasses) {
 }
 
 TEST_F(GogRegistrySearchTest, ComparesIdsOfTheViewsWithCase) {
-  const std::string exe = Game("abc", "Small");
+  Game("abc", "Small");
   Game("ABC", "Big", View::k64);
   // Key names themselves have no case: both reads end in the native view's key.
   const std::string big = kFolder + "ABC.exe";

@@ -4,6 +4,7 @@
 #include "desktop/desktop.h"
 #include "support/current_directory.h"
 #include "support/locked_path.h"
+#include "support/utf16_bytes.h"
 
 #include <gmock/gmock.h>
 
@@ -51,20 +52,19 @@ TEST(HostCatalogueFile, TakesWhatTheLibraryReadsThoughItTriesToDecipherIt) {
   EXPECT_FALSE(marked.enciphered);
 }
 
-// Cuts a catalogue of UTF-16 out of one of ASCII.
-std::string Utf16(const std::string& text, bool bigEndian, bool mark) {
-  std::string bytes = mark ? (bigEndian ? "\xFE\xFF" : "\xFF\xFE") : "";
-  for (const char byte : text) bytes += bigEndian ? std::string{'\0', byte} : std::string{byte, '\0'};
-  return bytes;
+// The record as a catalogue of UTF-16.
+std::string Utf16Record(bool bigEndian, bool mark) {
+  return tests::Utf16Bytes((mark ? L"\uFEFF" : L"") + std::wstring(kRecord.begin(), kRecord.end()),
+                           bigEndian);
 }
 
 TEST(HostCatalogueFile, KnowsUtf16InEveryForm) {
   for (const bool bigEndian : {false, true}) {
     for (const bool mark : {false, true}) {
-      EXPECT_THAT(Inspect(Utf16(kRecord, bigEndian, mark)).fault, HasSubstr("save it as UTF-8"));
+      EXPECT_THAT(Inspect(Utf16Record(bigEndian, mark)).fault, HasSubstr("save it as UTF-8"));
     }
   }
-  EXPECT_THAT(Inspect(Enciphered(Utf16(kRecord, false, true))).fault, HasSubstr("UTF-16"));
+  EXPECT_THAT(Inspect(Enciphered(Utf16Record(false, true))).fault, HasSubstr("UTF-16"));
 }
 
 TEST(HostCatalogueFile, KnowsCipherTextThatWasSpoilt) {
@@ -97,7 +97,7 @@ TEST(HostCatalogueFile, EveryFaultIsALineOfItsOwnThatNamesTheFileAndSaysWhatToDo
     world.Folder(kFile);
     faults.push_back(InspectCatalogue(kFile).fault);
   }
-  for (const std::string& bytes : {std::string(), Utf16(kRecord, true, true), std::string(100, '\x01'),
+  for (const std::string& bytes : {std::string(), Utf16Record(true, true), std::string(100, '\x01'),
                                    std::string("text"), std::string("<GameSignature>")}) {
     faults.push_back(Inspect(bytes).fault);
   }

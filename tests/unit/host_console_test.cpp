@@ -4,6 +4,7 @@
 #include "host/options.h"
 #include "host/output_file.h"
 #include "host/progress.h"
+#include "support/file_bytes.h"
 #include "support/standard_stream.h"
 
 #include <gmock/gmock.h>
@@ -70,7 +71,7 @@ TEST(HostConsole, AFileIsWrittenAnew) {
       Narrow((std::filesystem::temp_directory_path() / L"tarnwick \u0416.txt").wstring());
   WriteResult(path, "a longer text\r\n");
   WriteResult(path, "short\n");
-  EXPECT_EQ(ReadFileBytes(path), "short\n");
+  EXPECT_EQ(tests::ReadBytes(path), "short\n");
   std::filesystem::remove(Widen(path));
 }
 

@@ -93,7 +93,7 @@ TEST(HostIconScaling, ALargePictureBecomesAsSmallAsItIsShown) {
   const tests::Picture picture = ScaledTo56(SquareUri(256));
   EXPECT_EQ(picture.width, 56u);
   EXPECT_EQ(picture.height, 56u);
-  EXPECT_EQ(picture.pixels, std::vector<uint32_t>(56 * 56, 0xFF3366CC));
+  EXPECT_EQ(picture.pixels, std::vector<uint32_t>(size_t{56} * 56, 0xFF3366CC));
 }
 
 TEST(HostIconScaling, APictureThatIsNoLargerStaysByteForByte) {

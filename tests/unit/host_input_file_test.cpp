@@ -2,6 +2,7 @@
 
 #include "desktop/desktop.h"
 #include "support/locked_path.h"
+#include "support/utf16_bytes.h"
 
 #include <gmock/gmock.h>
 
@@ -12,6 +13,7 @@ namespace {
 
 using testing::HasSubstr;
 using testing::StartsWith;
+using tests::Utf16Bytes;
 
 const std::string kFolder = R"(C:\TarnwickTest\InputFile)";
 const std::string kFile = kFolder + R"(\Файл.txt)";
@@ -55,23 +57,13 @@ TEST(HostInputFile, ExplainsEveryFaultInOneLineOfItsOwn) {
   }
 }
 
-std::string Utf16(const std::u16string& text, bool bigEndian) {
-  std::string bytes;
-  for (const char16_t unit : text) {
-    const char low = static_cast<char>(unit & 0xFF);
-    const char high = static_cast<char>(unit >> 8);
-    bytes += bigEndian ? high : low;
-    bytes += bigEndian ? low : high;
-  }
-  return bytes;
-}
-
 TEST(HostInputFile, KnowsUtf16InEitherOrderWithAndWithoutAMark) {
   for (const bool bigEndian : {false, true}) {
-    EXPECT_TRUE(IsUtf16(Utf16(u"\uFEFF<A/>", bigEndian)));
-    EXPECT_TRUE(IsUtf16(Utf16(u"<A/>", bigEndian)));
-    EXPECT_TRUE(IsUtf16(Utf16(u"<GameSignature>\u9752\u74F7\u4E00\u4E00\u042F</GameSignature>", bigEndian)));
-    EXPECT_TRUE(IsUtf16(Utf16(u"\uFEFF", bigEndian)));
+    EXPECT_TRUE(IsUtf16(Utf16Bytes(L"\uFEFF<A/>", bigEndian)));
+    EXPECT_TRUE(IsUtf16(Utf16Bytes(L"<A/>", bigEndian)));
+    EXPECT_TRUE(
+        IsUtf16(Utf16Bytes(L"<GameSignature>\u9752\u74F7\u4E00\u4E00\u042F</GameSignature>", bigEndian)));
+    EXPECT_TRUE(IsUtf16(Utf16Bytes(L"\uFEFF", bigEndian)));
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include "foundation/log.h"
 #include "host/console.h"
+#include "support/file_bytes.h"
 #include "support/standard_stream.h"
 
 #include <gmock/gmock.h>
@@ -16,6 +17,7 @@ namespace {
 
 using testing::HasSubstr;
 using testing::StartsWith;
+using tests::ReadBytes;
 using tests::StandardStream;
 
 LogEntry Entry(const std::string& text) { return {{}, 1, text, "2026-01-02 03:04:05.678"}; }
@@ -48,10 +50,10 @@ TEST(HostLogOutput, TheFileHasTheLinesAsTheLibrarySentThem) {
     SendRawDebugText("[Tarnwick] [2026-01-02 03:04:05.678] Loaded 5 games\n");
     LogStream() << "\u041c\u0438\u0440\n";
     // It can be read while it is written.
-    EXPECT_THAT(ReadFileBytes(file.path), StartsWith("[2026-01-02 03:04:05.678] Loaded 5 games\n"));
+    EXPECT_THAT(ReadBytes(file.path), StartsWith("[2026-01-02 03:04:05.678] Loaded 5 games\n"));
   }
   EXPECT_TRUE(std::regex_match(
-      ReadFileBytes(file.path),
+      ReadBytes(file.path),
       std::regex("\\[2026-01-02 03:04:05\\.678\\] Loaded 5 games\n\\[.{23}\\] \u041c\u0438\u0440\n")));
 }
 
@@ -76,7 +78,7 @@ TEST(HostLogOutput, LinesOfManyThreadsStayWhole) {
     }
     for (std::thread& thread : threads) thread.join();
   }
-  std::istringstream lines(ReadFileBytes(file.path));
+  std::istringstream lines(ReadBytes(file.path));
   size_t count = 0;
   for (std::string line; std::getline(lines, line); ++count) {
     EXPECT_EQ(line, "[2026-01-02 03:04:05.678] " + std::string(500, line.back()));

@@ -12,6 +12,7 @@ namespace tarnwick {
 namespace {
 
 constexpr int kRounds = 10'000;
+constexpr size_t kMebibyte = size_t{1} << 20;
 const std::string kRoot = "C:\\TarnwickTest\\Inventory\\Leak\\";
 const std::wstring kWideRoot = L"C:\\TarnwickTest\\Inventory\\Leak\\";
 
@@ -30,7 +31,7 @@ void ExpectNothingIsLeft(int rounds, Call call) {
   const tests::ProcessCounters after = tests::ReadProcessCounters();
   EXPECT_LE(after.handles, before.handles);
   EXPECT_LE(after.gdiObjects, before.gdiObjects);
-  EXPECT_LE(after.memory, before.memory + 4 * 1024 * 1024);
+  EXPECT_LE(after.memory, before.memory + 4 * kMebibyte);
   EXPECT_GE(after.freeTlsSlots, before.freeTlsSlots);
 }
 
@@ -51,11 +52,11 @@ TEST(IconLeaks, TheCountersSeeWhatLeaks) {
   const HDC device = CreateCompatibleDC(nullptr);
   const HICON icon = CopyIcon(LoadIconW(nullptr, IDI_APPLICATION));
   const DWORD slot = TlsAlloc();
-  const std::vector<char> memory(16 * 1024 * 1024, 'x');
+  const std::vector<char> memory(16 * kMebibyte, 'x');
   const tests::ProcessCounters after = tests::ReadProcessCounters();
   EXPECT_GT(after.handles, before.handles);
   EXPECT_GT(after.gdiObjects, before.gdiObjects + 1);  // the device context, and the icon's bitmaps
-  EXPECT_GT(after.memory, before.memory + 8 * 1024 * 1024);
+  EXPECT_GT(after.memory, before.memory + 8 * kMebibyte);
   EXPECT_LT(after.freeTlsSlots, before.freeTlsSlots);
   TlsFree(slot);
   DestroyIcon(icon);

@@ -25,7 +25,7 @@ using tests::WidthOf;
 constexpr uint32_t kRed = 0xCC2211;
 constexpr uint32_t kGreen = 0x11AA33;
 constexpr uint32_t kBlue = 0x2244DD;
-constexpr uint64_t kMebibyte = 1024 * 1024;
+constexpr uint64_t kMebibyte = uint64_t{1} << 20;
 
 const std::string kRoot = "C:\\TarnwickTest\\Inventory\\Icons\\";
 const std::wstring kWideRoot = L"C:\\TarnwickTest\\Inventory\\Icons\\";

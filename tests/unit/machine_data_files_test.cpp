@@ -3,14 +3,16 @@
 #include "desktop/desktop.h"
 #include "foundation/conversions.h"
 #include "foundation/text.h"
+#include "support/odd_name.h"
 
 #include <gtest/gtest.h>
 
 namespace tarnwick {
 namespace {
 
+using tests::kOddName;
+
 const std::string kRoot = "C:\\TarnwickTest\\Files\\";
-const std::string kOddName = "caf\xC3\xA9 \xD0\x98\xD0\xB3\xD1\x80\xD0\xB0 \xE6\xBC\xA2\xE5\xAD\x97";
 
 TEST(DataFiles, ReadsTextWithoutCarriageReturnsAndBinaryAsItStands) {
   desktop::Desktop desktop;

@@ -4,6 +4,7 @@
 #include "foundation/conversions.h"
 #include "foundation/windows_api.h"
 #include "support/locked_path.h"
+#include "support/odd_name.h"
 
 #include <gtest/gtest.h>
 
@@ -12,8 +13,9 @@
 namespace tarnwick {
 namespace {
 
+using tests::kOddName;
+
 const std::string kRoot = "C:\\TarnwickTest\\Files\\";
-const std::string kOddName = "caf\xC3\xA9 \xD0\x98\xD0\xB3\xD1\x80\xD0\xB0 \xE6\xBC\xA2\xE5\xAD\x97";
 
 TEST(Paths, TellsFilesFromFolders) {
   desktop::Desktop desktop;

@@ -3,6 +3,7 @@
 #include "desktop/desktop.h"
 #include "foundation/machine/known_folders.h"
 #include "support/environment.h"
+#include "support/odd_name.h"
 
 #include <gmock/gmock.h>
 #include <shlobj.h>
@@ -15,9 +16,9 @@ namespace {
 using desktop::Desktop;
 using testing::ElementsAre;
 using tests::EnvironmentVariable;
+using tests::kOddName;
 
 const std::string kRoot = "C:\\TarnwickTest\\Paths\\";
-const std::string kOddName = "caf\xC3\xA9 \xD0\x98\xD0\xB3\xD1\x80\xD0\xB0 \xE6\xBC\xA2";
 
 GameSignature WithExe(const std::string& plain, const std::string& for32 = "",
                       const std::string& for64 = "") {

@@ -8,9 +8,12 @@ namespace tarnwick {
 namespace {
 
 using testing::ElementsAre;
+using testing::ElementsAreArray;
 using testing::IsEmpty;
 using tests::Describe;
 using tests::kOddName;
+using tests::SearchLog;
+using tests::WithResultFields;
 
 const std::string kRoot = "C:\\TarnwickTest\\RegistrySearch\\";
 const std::string kKey = "HKEY_LOCAL_MACHINE\\SOFTWARE\\TarnwickTest\\RegistrySearch\\";
@@ -41,27 +44,20 @@ TEST_F(RegistrySearchScan, LogsItsFrameForNoGames) {
 }
 
 TEST_F(RegistrySearchScan, ReportsAnInstalledGameWithAllFields) {
-  GameSignature game = Install("Foo Bar");
-  game.LaunchUrl = "foo://run";
-  game.SourceKind = kSourceEa;
-  game.SourceExId = "7";
+  const GameSignature game = WithResultFields(Install("Foo Bar"));
   EXPECT_THAT(Describe(ScanRegistrySearch({game}, "")),
               ElementsAre("Foo Bar|" + kRoot + "Foo Bar\\foo.exe|foo://run|Registry Search||1|0|"));
   EXPECT_THAT(capture_.Raw(),
-              ElementsAre("[Tarnwick] [RegistrySearch] Starting Registry Search...\n",
-                          "[Tarnwick] [RegistrySearch] Found: Foo Bar -> " + kRoot + "Foo Bar\\foo.exe\n",
-                          "[Tarnwick] [RegistrySearch] Scan completed! Found 1 games.\n"));
+              ElementsAreArray(SearchLog("Registry", {"Foo Bar -> " + kRoot + "Foo Bar\\foo.exe"})));
 }
 
 TEST_F(RegistrySearchScan, KeepsTheOrderOfTheCatalogue) {
   const GameList games = {Install("B"), Signature("Missing"), Install(kOddName), Install("A")};
   ScanRegistrySearch(games, "");
-  EXPECT_THAT(capture_.Lines(),
-              ElementsAre("[RegistrySearch] Starting Registry Search...",
-                          "[RegistrySearch] Found: B -> " + kRoot + "B\\foo.exe",
-                          "[RegistrySearch] Found: " + kOddName + " -> " + kRoot + kOddName + "\\foo.exe",
-                          "[RegistrySearch] Found: A -> " + kRoot + "A\\foo.exe",
-                          "[RegistrySearch] Scan completed! Found 3 games."));
+  EXPECT_THAT(capture_.Raw(),
+              ElementsAreArray(SearchLog("Registry", {"B -> " + kRoot + "B\\foo.exe",
+                                                      kOddName + " -> " + kRoot + kOddName + "\\foo.exe",
+                                                      "A -> " + kRoot + "A\\foo.exe"})));
 }
 
 TEST_F(RegistrySearchScan, NeedsKeyAndValueName) {
@@ -116,18 +112,13 @@ TEST_F(RegistrySearchScan, AGameWithoutExecutablesHitsOnlyByAFileInTheInstallTex
   EXPECT_EQ(ScanRegistrySearch({game}, "").size(), 1u);
 }
 
-class ResolveRegistrySearch : public tests::StrategyTest {
+class ResolveRegistrySearch : public tests::ResolveTest {
  protected:
-  std::string Resolve(const std::string& text) const {
-    return ResolveRegistrySearchExe(kRoot + text, signature_);
-  }
-  std::string Make(const std::string& path) {
-    desktop_.File(kRoot + path);
-    return kRoot + path;
-  }
+  ResolveRegistrySearch() : ResolveTest(kRoot) {}
 
-  desktop::Desktop desktop_;
-  GameSignature signature_;
+  std::string Resolve(const std::string& path) const {
+    return ResolveRegistrySearchExe(kRoot + path, signature_);
+  }
 };
 
 TEST_F(ResolveRegistrySearch, AFileIsItselfACandidateAndGivesItsFolder) {
@@ -171,11 +162,11 @@ TEST_F(ResolveRegistrySearch, TriesTheGameFolderForThePlainExecutableOnly) {
 TEST_F(ResolveRegistrySearch, ThePlainListGoesByFolderCandidates) {
   signature_.DefaultExe = "foo.exe";
   signature_.DefaultFolderExe = "bin\\x.exe|RegistrySearch\\y.exe";
-  const std::string moved = Make("Foo\\RegistrySearch\\y.exe");
+  Make("Foo\\RegistrySearch\\y.exe");
   EXPECT_EQ(Resolve("Foo"), "");  // the segment moves: it leaves its old place in the folder
   desktop_.File("C:\\TarnwickTest\\Foo\\RegistrySearch\\y.exe");
   EXPECT_EQ(Resolve("Foo"), "C:\\TarnwickTest\\Foo\\RegistrySearch\\y.exe");
-  const std::string listed = Make("Foo\\bin\\x.exe");
+  Make("Foo\\bin\\x.exe");
   EXPECT_EQ(Resolve("Foo"), "C:\\TarnwickTest\\Foo\\RegistrySearch\\y.exe");
 }
 

@@ -2,6 +2,7 @@
 
 #include "desktop/desktop.h"
 #include "foundation/windows_api.h"
+#include "support/odd_name.h"
 
 #include <gmock/gmock.h>
 #include <sddl.h>
@@ -16,11 +17,11 @@ using desktop::View;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
+using tests::kOddName;
 using namespace std::string_view_literals;
 
 const std::string kKey = "HKEY_LOCAL_MACHINE\\SOFTWARE\\TarnwickTest\\Registry";
 const std::string kUserKey = "HKEY_CURRENT_USER\\SOFTWARE\\TarnwickTest\\Registry";
-const std::string kOddName = "caf\xC3\xA9 \xD0\x98\xD0\xB3\xD1\x80\xD0\xB0 \xE6\xBC\xA2";
 
 struct Parsed {
   bool known = false;

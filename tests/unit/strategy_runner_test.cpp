@@ -484,7 +484,7 @@ TEST_F(StrategyRunner, WithoutMemoryForItsNameAStrategyHasNoFinishLine) {
 }
 
 TEST_F(StrategyRunner, ThreadThatIsNotJoinableIsPassedOver) {
-  const auto start = [](const ScanStrategy*, const GameList*, std::shared_ptr<ThreadResult> result) {
+  const auto start = [](const ScanStrategy*, const GameList*, const std::shared_ptr<ThreadResult>& result) {
     result->results = {Result("without a thread")};
     return std::thread();
   };

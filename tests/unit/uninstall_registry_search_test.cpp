@@ -11,9 +11,12 @@ namespace tarnwick {
 namespace {
 
 using testing::ElementsAre;
+using testing::ElementsAreArray;
 using testing::IsEmpty;
 using tests::Describe;
 using tests::kOddName;
+using tests::SearchLog;
+using tests::WithResultFields;
 
 const std::string kRoot = "C:\\TarnwickTest\\Uninstall\\";
 const std::string& kKey = tests::kUninstallKey;
@@ -41,18 +44,13 @@ TEST_F(UninstallSearch, LogsItsFrameForNoGames) {
 }
 
 TEST_F(UninstallSearch, ReportsAnInstalledGameWithAllFields) {
-  GameSignature game = Install("Foo Bar");
-  game.LaunchUrl = "foo://run";
-  game.SourceKind = kSourceEa;
-  game.SourceExId = "7";
+  const GameSignature game = WithResultFields(Install("Foo Bar"));
   desktop_.String(kKey + "{" + kGuid + "}", "DisplayIcon", "C:\\icons\\foo.ico,1");
   EXPECT_THAT(Describe(ScanUninstallSearch({game})),
               ElementsAre("Foo Bar|" + kRoot +
                           "Foo Bar\\bin\\foo.exe|foo://run|Uninstall Registry|C:\\icons\\foo.ico,1|1|0|"));
-  EXPECT_THAT(capture_.Raw(), ElementsAre("[Tarnwick] [UninstallSearch] Starting Uninstall Search...\n",
-                                          "[Tarnwick] [UninstallSearch] Found: Foo Bar -> " + kRoot +
-                                              "Foo Bar\\bin\\foo.exe\n",
-                                          "[Tarnwick] [UninstallSearch] Scan completed! Found 1 games.\n"));
+  EXPECT_THAT(capture_.Raw(),
+              ElementsAreArray(SearchLog("Uninstall", {"Foo Bar -> " + kRoot + "Foo Bar\\bin\\foo.exe"})));
 }
 
 TEST_F(UninstallSearch, TheIconMayBeMissing) {
@@ -132,18 +130,11 @@ TEST_F(UninstallSearch, AFailureCostsOneGameAndALine) {
                           "[UninstallSearch] Scan completed! Found 1 games."));
 }
 
-class ResolveUninstall : public tests::StrategyTest {
+class ResolveUninstall : public tests::ResolveTest {
  protected:
-  std::string Resolve(const std::string& folder) const {
-    return ResolveUninstallExe(kRoot + folder, signature_);
-  }
-  std::string Make(const std::string& path) {
-    desktop_.File(kRoot + path);
-    return kRoot + path;
-  }
+  ResolveUninstall() : ResolveTest(kRoot) {}
 
-  desktop::Desktop desktop_;
-  GameSignature signature_;
+  std::string Resolve(const std::string& path) const { return ResolveUninstallExe(kRoot + path, signature_); }
 };
 
 TEST_F(ResolveUninstall, ListEntriesAreTriedInTheirOrderPlainBeforeMerged) {

@@ -1,10 +1,8 @@
 #include "matching/user_folder_exe_search.h"
 
-#include "desktop/desktop.h"
 #include "foundation/machine/paths.h"
-#include "support/debug_capture.h"
-#include "support/describe.h"
 #include "support/environment.h"
+#include "support/strategy_fixture.h"
 
 #include <gmock/gmock.h>
 
@@ -16,19 +14,21 @@ namespace {
 
 using testing::Contains;
 using testing::ElementsAre;
+using testing::ElementsAreArray;
 using testing::IsEmpty;
 using testing::Not;
-using tests::DebugCapture;
 using tests::Describe;
 using tests::EnvironmentVariable;
+using tests::kOddName;
+using tests::SearchLog;
+using tests::WithResultFields;
 
 const std::string kUsers = "C:\\Users\\";
 const std::string kUser = "TarnwickTestUser";
-const std::string kOddName = "\xD0\x98\xD0\xB3\xD1\x80\xD0\xBE\xD0\xBA \xE6\xBC\xA2 \xC3\xA9";
 
 std::string Expected(const std::string& exe) { return "Foo|" + exe + "||UserFolderExe Search||1|0|"; }
 
-class UserFolderExeSearch : public testing::Test {
+class UserFolderExeSearch : public tests::StrategyTest {
  protected:
   static GameSignature Signature(const std::string& folder) {
     GameSignature signature;
@@ -46,8 +46,6 @@ class UserFolderExeSearch : public testing::Test {
   }
 
   EnvironmentVariable drive_{"SystemDrive", "C:"};
-  desktop::Desktop desktop_;
-  DebugCapture capture_;
 };
 
 TEST_F(UserFolderExeSearch, LogsItsFrameForNoGames) {
@@ -59,16 +57,10 @@ TEST_F(UserFolderExeSearch, LogsItsFrameForNoGames) {
 
 TEST_F(UserFolderExeSearch, ReportsAnInstalledGameWithAllFields) {
   const std::string exe = Make(kUser + "\\TarnwickGames\\foo.exe");
-  GameSignature game = Signature("%UserProfile%\\TarnwickGames");
-  game.LaunchUrl = "foo://run";
-  game.SourceKind = kSourceEa;
-  game.SourceExId = "7";
+  const GameSignature game = WithResultFields(Signature("%UserProfile%\\TarnwickGames"));
   EXPECT_THAT(Describe(ScanUserFolderExe({game}, "S-1-5-21")),
               ElementsAre("Foo|" + exe + "|foo://run|UserFolderExe Search||1|0|"));
-  EXPECT_THAT(capture_.Raw(),
-              ElementsAre("[Tarnwick] [UserFolderExeSearch] Starting UserFolderExe Search...\n",
-                          "[Tarnwick] [UserFolderExeSearch] Found: Foo -> " + exe + "\n",
-                          "[Tarnwick] [UserFolderExeSearch] Scan completed! Found 1 games.\n"));
+  EXPECT_THAT(capture_.Raw(), ElementsAreArray(SearchLog("UserFolderExe", {"Foo -> " + exe})));
 }
 
 TEST_F(UserFolderExeSearch, SkipsNoSource) {

@@ -106,7 +106,8 @@ TEST_F(XmlParserTest, SaysZeroForAFileWithoutRecords) {
 }
 
 TEST_F(XmlParserTest, ReadsBytesWithoutTranslation) {
-  const std::string bytes("<a>\r\n\x1A\0\n</a>", 14);
+  using namespace std::string_literals;
+  const std::string bytes = "<a>\r\n\x1A\0\n</a>"s;
   EXPECT_EQ(ReadCatalogueFile(Write(bytes)), bytes);
 }
 
