@@ -40,10 +40,9 @@ int ExplainGame(const Options& options) {
   CheckCatalogue(options);
   const ObservedScan scan = ScanWithLog(options);
   const Explanation explanation = ExplainName(scan, options.input);
-  WriteResult(options.output,
-              options.format == Format::kJson
-                  ? ExplanationJson(explanation) + "\n"
-                  : ExplanationText(explanation, {TableWidth(options), options.verbose}));
+  WriteResult(options.output, options.format == Format::kJson
+                                  ? ExplanationJson(explanation) + "\n"
+                                  : ExplanationText(explanation, {TableWidth(options), options.verbose}));
   const bool found = !explanation.records.empty() && CountMissing(explanation) == 0;
   return found ? kExitSuccess : kExitFailure;
 }

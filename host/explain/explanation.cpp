@@ -114,8 +114,8 @@ bool IsDatabase(const std::string& strategy) {
   return strategy == "Itch.io Search" || strategy == "Twitch Search";
 }
 
-std::string WhyMissed(const StrategyWants& wants, const GameSignature& record, const std::vector<Heard>& heard,
-                      const ScanResults& alone) {
+std::string WhyMissed(const StrategyWants& wants, const GameSignature& record,
+                      const std::vector<Heard>& heard, const ScanResults& alone) {
   if (IsFound(record, alone)) {
     return fmt::format("finds it only when looked for alone, at {}: another record comes before it",
                        alone.front().exePath);
@@ -222,9 +222,11 @@ void TellMerged(const ObservedScan& scan, const OwnResult& one, GameExplanation&
   game.outcome = Outcome::kMerged;
   const ScanResult* entry = MergedInto(scan, *one.result);
   game.path = entry == nullptr ? one.result->exePath : entry->exePath;
-  game.sentence = fmt::format("found by {} at {}, and merged away", one.run->strategy.name, one.result->exePath);
+  game.sentence =
+      fmt::format("found by {} at {}, and merged away", one.run->strategy.name, one.result->exePath);
   if (entry == nullptr) return;
-  game.sentence += fmt::format(" into '{}' at {}: {}", entry->name, entry->exePath, WhyMerged(*entry, *one.result));
+  game.sentence +=
+      fmt::format(" into '{}' at {}: {}", entry->name, entry->exePath, WhyMerged(*entry, *one.result));
 }
 
 void TellFound(const ObservedScan& scan, const std::vector<OwnResult>& own, const Subject& subject,
@@ -241,14 +243,14 @@ void TellFound(const ObservedScan& scan, const std::vector<OwnResult>& own, cons
   const std::vector<std::string> left = LeftWithout(scan, subject.record);
   if (!subject.inCatalogue || left.empty() || ComesFromOneOf(own, left)) return;
   game.outcome = Outcome::kEarlier;
-  game.sentence += fmt::format("; that is level {}, so {} never got the record", one.run->strategy.priority,
-                               Joined(left));
+  game.sentence +=
+      fmt::format("; that is level {}, so {} never got the record", one.run->strategy.priority, Joined(left));
 }
 
 void TellMissing(const Subject& subject, GameExplanation& game) {
-  const auto failed = std::find_if(
-      game.strategies.begin(), game.strategies.end(),
-      [](const StrategyVerdict& verdict) { return verdict.verdict == Verdict::kFailed; });
+  const auto failed =
+      std::find_if(game.strategies.begin(), game.strategies.end(),
+                   [](const StrategyVerdict& verdict) { return verdict.verdict == Verdict::kFailed; });
   game.outcome = failed == game.strategies.end() ? Outcome::kMissing : Outcome::kFailed;
   game.sentence = "not found";
   if (game.outcome == Outcome::kFailed) game.sentence += ", and " + failed->strategy + " failed";
@@ -276,7 +278,9 @@ std::vector<Subject> SubjectsOf(const Material& material, const std::string& nam
   const std::string wanted = FoldedName(name);
   std::vector<Subject> subjects;
   std::set<std::string> keys;
-  const auto has = [&](const std::string& other) { return FoldedName(other).find(wanted) != std::string::npos; };
+  const auto has = [&](const std::string& other) {
+    return FoldedName(other).find(wanted) != std::string::npos;
+  };
   for (const GameSignature& record : material.scan.catalogue) {
     if (!has(record.DisplayName)) continue;
     subjects.push_back({record, true});

@@ -36,10 +36,14 @@ Json StrategyJson(const StrategyVerdict& verdict) {
 Json GameJson(const GameExplanation& game) {
   Json strategies = Json::array();
   for (const StrategyVerdict& verdict : game.strategies) strategies.push_back(StrategyJson(verdict));
-  return {{"name", game.name},         {"inCatalogue", game.inCatalogue},
-          {"outcome", NameOf(game.outcome)}, {"sentence", game.sentence},
-          {"path", game.path},         {"foundBy", game.strategy},
-          {"source", game.source},     {"strategies", std::move(strategies)},
+  return {{"name", game.name},
+          {"inCatalogue", game.inCatalogue},
+          {"outcome", NameOf(game.outcome)},
+          {"sentence", game.sentence},
+          {"path", game.path},
+          {"foundBy", game.strategy},
+          {"source", game.source},
+          {"strategies", std::move(strategies)},
           {"nearMisses", game.nearMisses}};
 }
 

@@ -13,8 +13,8 @@
 namespace tarnwick::host {
 namespace {
 
-constexpr size_t kNameColumns = 26;     // the longest strategy's
-constexpr size_t kVerdictColumns = 9;   // "not tried"
+constexpr size_t kNameColumns = 26;    // the longest strategy's
+constexpr size_t kVerdictColumns = 9;  // "not tried"
 constexpr size_t kReasonAt = 2 + 1 + 2 + kNameColumns + 2 + kVerdictColumns + 2;
 constexpr size_t kNarrowReasonAt = 7;
 constexpr size_t kLeastReason = 24;
@@ -82,7 +82,8 @@ std::string NextStep(const GameExplanation& game) {
   if (game.outcome != Outcome::kMissing) return {};
   if (!game.inCatalogue)
     return "Next: add a record to the catalogue, or see above why its launcher's strategy passed it over.";
-  if (!game.nearMisses.empty()) return "Next: compare the names, and what else the catalogue says of the game.";
+  if (!game.nearMisses.empty())
+    return "Next: compare the names, and what else the catalogue says of the game.";
   return "Next: compare the places that were tried with where the game is; --verbose shows every question.";
 }
 
@@ -97,9 +98,11 @@ std::string GameBlock(const GameExplanation& game, const ExplanationStyle& style
 }
 
 std::string NothingNamed(const Explanation& explanation, size_t width) {
-  std::string text = Hanging(
-      "", fmt::format("No catalogue record, no launcher and no installed program has '{}' in its name.",
-                      explanation.subject), width);
+  std::string text =
+      Hanging("",
+              fmt::format("No catalogue record, no launcher and no installed program has '{}' in its name.",
+                          explanation.subject),
+              width);
   for (const std::string& similar : explanation.similar) text += Hanging("  Did you mean: ", similar, width);
   return text;
 }
@@ -107,7 +110,8 @@ std::string NothingNamed(const Explanation& explanation, size_t width) {
 std::string Summary(const Explanation& explanation, size_t width) {
   const size_t all = explanation.records.size() + explanation.further;
   if (all < 2) return {};
-  std::string text = fmt::format("{} have '{}' in their name", Counted(all, "game", "games"), explanation.subject);
+  std::string text =
+      fmt::format("{} have '{}' in their name", Counted(all, "game", "games"), explanation.subject);
   if (explanation.further > 0) {
     text += fmt::format("; these are {} of them. Give more of the name to see the others",
                         explanation.records.size());

@@ -205,7 +205,8 @@ void ReadRiot(const std::string& path, const std::string& bytes, Games& games) {
 
 void ReadPackage(const std::string& path, const std::string& bytes, Games& games) {
   const std::string folder = FolderOf(path);
-  games.push_back({ParseAppxManifest(bytes).displayName, PackageFamilyNameOf(LastPart(folder)), path, {folder}});
+  games.push_back(
+      {ParseAppxManifest(bytes).displayName, PackageFamilyNameOf(LastPart(folder)), path, {folder}});
 }
 
 // How a launcher keeps its games in files.
@@ -229,8 +230,7 @@ constexpr FileList kFileLists[] = {
 
 bool IsReadFile(const Heard& heard) {
   const QuestionKind kind = heard.question.kind;
-  return heard.answer.given &&
-         (kind == QuestionKind::kReadTextFile || kind == QuestionKind::kReadBinaryFile);
+  return heard.answer.given && (kind == QuestionKind::kReadTextFile || kind == QuestionKind::kReadBinaryFile);
 }
 
 void ReadFiles(const FileList& list, const std::vector<Heard>& heard, Games& games) {

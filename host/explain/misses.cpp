@@ -180,7 +180,8 @@ std::string LeadMiss(const ListedGame& game, const std::string& lead, const Hear
   const std::string plain = TrimTrailingSeparators(lead);
   const std::string shown = game.place.ends_with(".acf") ? LastPart(plain) : plain;
   const std::string& asked = miss.question.subject;
-  if (PlainPath(asked) == PlainPath(lead)) return fmt::format("{} names {}, which doesn't exist", place, shown);
+  if (PlainPath(asked) == PlainPath(lead))
+    return fmt::format("{} names {}, which doesn't exist", place, shown);
   const std::string below = asked.size() > plain.size() + 1 ? asked.substr(plain.size() + 1) : asked;
   const bool folderIsMissing = miss.answer.text == "error 3" && below.find('\\') == std::string::npos;
   if (folderIsMissing) return fmt::format("{} names folder '{}', which is missing", place, shown);

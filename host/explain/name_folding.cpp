@@ -42,8 +42,8 @@ bool IsTrademark(wchar_t unit) {
   return unit == 0x2122 || unit == 0x2120 || unit == 0x00AE || unit == 0x00A9;
 }
 
-constexpr const wchar_t* kRoman[] = {L"i",  L"ii",  L"iii",  L"iv",  L"v",  L"vi",  L"vii", L"viii",
-                                     L"ix", L"x",   L"xi",   L"xii", L"xiii", L"xiv", L"xv", L"xvi"};
+constexpr const wchar_t* kRoman[] = {L"i",  L"ii", L"iii", L"iv",  L"v",    L"vi",  L"vii", L"viii",
+                                     L"ix", L"x",  L"xi",  L"xii", L"xiii", L"xiv", L"xv",  L"xvi"};
 
 std::wstring Arabic(const std::wstring& word) {
   const auto found = std::find(std::begin(kRoman), std::end(kRoman), word);
@@ -88,7 +88,8 @@ bool AreNear(const std::string& looseName, const std::string& otherLooseName) {
   if (Difference(looseName.size(), otherLooseName.size()) > 4) return false;
   const std::u32string one = CodePoints(looseName);
   const std::u32string other = CodePoints(otherLooseName);
-  if (std::min(one.size(), other.size()) < kShortest || Difference(one.size(), other.size()) > 1) return false;
+  if (std::min(one.size(), other.size()) < kShortest || Difference(one.size(), other.size()) > 1)
+    return false;
   return DigitsOf(one) == DigitsOf(other) && EditDistance(one, other) == 1;
 }
 

@@ -50,10 +50,18 @@ struct SourceName {
 };
 
 constexpr SourceName kSourceNames[] = {
-    {kSourceNone, "none"},   {kSourceDirect, "DIRECT"},       {kSourceSteam, "STEAM"},
-    {kSourceEpic, "EPIC"},   {kSourceGog, "GOG"},             {kSourceUplay, "UPLAY"},
-    {kSourceEa, "EA"},       {kSourceBattleNet, "BATTLENET"}, {kSourceUwp, "UWP"},
-    {kSourceRiot, "RIOT"},   {kSourceMihoyo, "MIHOYO"},       {kSourceArc, "ARC"},
+    {kSourceNone, "none"},
+    {kSourceDirect, "DIRECT"},
+    {kSourceSteam, "STEAM"},
+    {kSourceEpic, "EPIC"},
+    {kSourceGog, "GOG"},
+    {kSourceUplay, "UPLAY"},
+    {kSourceEa, "EA"},
+    {kSourceBattleNet, "BATTLENET"},
+    {kSourceUwp, "UWP"},
+    {kSourceRiot, "RIOT"},
+    {kSourceMihoyo, "MIHOYO"},
+    {kSourceArc, "ARC"},
     {kSourceBethesda, "BETHESDA"},
 };
 
@@ -84,8 +92,8 @@ bool IsThere(const GameSignature& record, Field field) {
 }
 
 std::string WhyTextMissing(const WantedText& text, const GameSignature& record) {
-  const auto there = std::find_if(text.anyOf.begin(), text.anyOf.end(),
-                                  [&](Field field) { return IsThere(record, field); });
+  const auto there =
+      std::find_if(text.anyOf.begin(), text.anyOf.end(), [&](Field field) { return IsThere(record, field); });
   if (there == text.anyOf.end()) return "the record has no " + JoinedNames(text.anyOf);
   if (Holds(record.**there, text.mark)) return {};
   return std::string("the record's ") + NameOfField(*there) + " has no '" + text.mark + "' in it";
@@ -109,14 +117,26 @@ std::string WhySourceRefused(const StrategyWants& wants, const GameSignature& re
 
 const std::vector<StrategyWants>& AllStrategyWants() {
   static const std::vector<StrategyWants> kWants = {
-      {"Default Registry Scan", kEach, {One(&G::RegistryKey), Later(kExes)}, kAnySource, {kSourceSteam},
-       nullptr, &G::RegistryPathKeyName},
-      {"Registry Search Scan", kEach,
-       {One(&G::RegistryKey), One(&G::RegistryPathKeyName)}, kAnySource, {kSourceSteam}, &G::LaunchUrl},
+      {"Default Registry Scan",
+       kEach,
+       {One(&G::RegistryKey), Later(kExes)},
+       kAnySource,
+       {kSourceSteam},
+       nullptr,
+       &G::RegistryPathKeyName},
+      {"Registry Search Scan",
+       kEach,
+       {One(&G::RegistryKey), One(&G::RegistryPathKeyName)},
+       kAnySource,
+       {kSourceSteam},
+       &G::LaunchUrl},
       {"Uninstall Registry Search", kEach, {One(&G::GameGUID)}, kAnySource, {kSourceSteam}},
       {"User Folder Exe Search", kEach, {One(&G::DefaultExe), {kFolders, "userprofile"}}},
       {"GameUX Registry Search", kLookup, {One(&G::GameGUID)}},
-      {"Default Exe Search", kEach, {One(&G::DefaultExe), {kFolders}}, kAnySource,
+      {"Default Exe Search",
+       kEach,
+       {One(&G::DefaultExe), {kFolders}},
+       kAnySource,
        {kSourceSteam, kSourceEpic, kSourceUwp}},
       {"Steam Shortcuts Search", kNone},
       {"Arc Registry Search", kHelp, {One(&G::RegistryKey)}, kSourceArc},
@@ -124,8 +144,10 @@ const std::vector<StrategyWants>& AllStrategyWants() {
       {"Uplay Configuration Search", kNone},
       {"EA Registry Search", kNone},
       {"Riot Platform Search", kLookup, {One(&G::RunningExe)}, kSourceRiot},
-      {"Mihoyo Platform Search", kLookup,
-       {One(&G::SourceExId), Later({&G::RunningExe, &G::DefaultExe})}, kSourceMihoyo},
+      {"Mihoyo Platform Search",
+       kLookup,
+       {One(&G::SourceExId), Later({&G::RunningExe, &G::DefaultExe})},
+       kSourceMihoyo},
       {"Bethesda Registry", kLookup, {One(&G::LaunchUrl), Later({&G::DefaultExe})}, kSourceBethesda},
       {"Itch.io Search", kNone},
       {"Twitch Search", kNone},
@@ -134,8 +156,10 @@ const std::vector<StrategyWants>& AllStrategyWants() {
       {"UWP/Microsoft Store Scan", kHelp, {One(&G::GameInfo), One(&G::DefaultExe)}, kSourceUwp},
       {"Battle.net Search V2", kHelp, {One(&G::SourceExId), {kAllExes}}, kSourceBattleNet},
       {"Steam Games Scan", kLookup, {One(&G::SourceExId), {kAllExes}}, kSourceSteam},
-      {"Steam Default ID", kEach,
-       {One(&G::SourceExId), Later({&G::DefaultExe}), Later({&G::DefaultFolder}, "steamapps")}, kSourceSteam},
+      {"Steam Default ID",
+       kEach,
+       {One(&G::SourceExId), Later({&G::DefaultExe}), Later({&G::DefaultFolder}, "steamapps")},
+       kSourceSteam},
       {"Steam AppInfo Scan", kNone},
   };
   return kWants;
@@ -166,7 +190,8 @@ std::string WhyNotTaken(const StrategyWants& wants, const GameSignature& record)
   for (const WantedText& text : wants.texts) {
     if (why.empty()) why = WhyTextMissing(text, record);
   }
-  if (!why.empty() || wants.leftToOthersWith == nullptr || (record.*wants.leftToOthersWith).empty()) return why;
+  if (!why.empty() || wants.leftToOthersWith == nullptr || (record.*wants.leftToOthersWith).empty())
+    return why;
   return std::string("leaves records with a ") + NameOfField(wants.leftToOthersWith) + " to others";
 }
 

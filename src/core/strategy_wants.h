@@ -32,10 +32,10 @@ struct StrategyWants {
   const char* strategy;
   CatalogueUse use;
   std::vector<WantedText> texts = {};
-  int32_t source = kAnySource;                                  // takes records of this source alone
-  std::vector<int32_t> passedOver = {};                         // takes no record of these
-  std::string GameSignature::* passedOverWith = nullptr;        // of those, only such as have this text
-  std::string GameSignature::* leftToOthersWith = nullptr;      // takes no record that has this text
+  int32_t source = kAnySource;                              // takes records of this source alone
+  std::vector<int32_t> passedOver = {};                     // takes no record of these
+  std::string GameSignature::* passedOverWith = nullptr;    // of those, only such as have this text
+  std::string GameSignature::* leftToOthersWith = nullptr;  // takes no record that has this text
 };
 
 // One row for each row of the strategy table, in its order.

@@ -17,7 +17,9 @@ TEST(HostEditDistance, CountsEachKindOfEdit) {
   EXPECT_EQ(EditDistance("", "scan"), 4u);
 }
 
-TEST(HostEditDistance, CountsCharactersWhateverTheirBytes) { EXPECT_EQ(EditDistance(U"Вьюга", U"Выюга"), 1u); }
+TEST(HostEditDistance, CountsCharactersWhateverTheirBytes) {
+  EXPECT_EQ(EditDistance(U"Вьюга", U"Выюга"), 1u);
+}
 
 }  // namespace
 }  // namespace tarnwick

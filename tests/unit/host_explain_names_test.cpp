@@ -10,7 +10,9 @@ using host::AreNear;
 using host::FoldedName;
 using host::LooseName;
 
-bool Near(const std::string& one, const std::string& other) { return AreNear(LooseName(one), LooseName(other)); }
+bool Near(const std::string& one, const std::string& other) {
+  return AreNear(LooseName(one), LooseName(other));
+}
 
 TEST(HostExplainNames, FoldedHaveNeitherCaseNorAccents) {
   EXPECT_EQ(FoldedName("Château BRUMAIRE"), "chateau brumaire");

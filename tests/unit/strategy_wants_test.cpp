@@ -17,7 +17,6 @@ namespace {
 using host::ObserveStrategy;
 using host::StrategyRun;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using testing::SizeIs;
 
 using Field = std::string GameSignature::*;
@@ -102,7 +101,8 @@ GameSignature Without(GameSignature record, const std::vector<Field>& fields) {
 TEST(StrategyWants, HasARowForEachStrategyInTheOrderOfTheTable) {
   const std::vector<ScanStrategy> strategies = ScanStrategies();
   ASSERT_THAT(AllStrategyWants(), SizeIs(strategies.size()));
-  for (size_t i = 0; i < strategies.size(); ++i) EXPECT_EQ(AllStrategyWants()[i].strategy, strategies[i].name);
+  for (size_t i = 0; i < strategies.size(); ++i)
+    EXPECT_EQ(AllStrategyWants()[i].strategy, strategies[i].name);
   EXPECT_THROW(WantsOf("No Such Search"), std::out_of_range);
 }
 
@@ -162,8 +162,8 @@ TEST_F(StrategyWantsTest, SourcesAreTakenAndPassedOverAsTheTableSays) {
   for (const StrategyWants& wants : AllStrategyWants()) {
     if (!AsksForRecords(wants)) continue;
     for (int32_t kind = kSourceNone; kind <= kSourceBethesda; ++kind) {
-      const bool refused = std::find(wants.passedOver.begin(), wants.passedOver.end(), kind) !=
-                           wants.passedOver.end();
+      const bool refused =
+          std::find(wants.passedOver.begin(), wants.passedOver.end(), kind) != wants.passedOver.end();
       GameSignature record = FullRecord(wants);
       record.SourceKind = kind;
       ExpectAsked(wants, record, wants.source == kAnySource ? !refused : wants.source == kind);
@@ -194,7 +194,8 @@ TEST_F(StrategyWantsTest, StrategiesWithoutTheCatalogueAskTheSameWhateverItHolds
 // Those report games that no record names.
 TEST_F(StrategyWantsTest, StrategiesThatARecordHelpsNeedNone) {
   for (const StrategyWants& wants : AllStrategyWants()) {
-    if (wants.use == CatalogueUse::kHelp) EXPECT_EQ(WhyNotTaken(wants, {}), "") << wants.strategy;
+    if (wants.use != CatalogueUse::kHelp) continue;
+    EXPECT_EQ(WhyNotTaken(wants, {}), "") << wants.strategy;
   }
 }
 
