@@ -122,7 +122,7 @@ std::string WhyMissed(const StrategyWants& wants, const GameSignature& record,
   }
   if (wants.use == CatalogueUse::kEachRecord) return LastMiss(heard, record.DisplayName);
   if (IsDatabase(wants.strategy) && !heard.empty() && heard.back().answer.given)
-    return "its database is recognised, but not read";
+    return "database recognised, but not read";
   return ListMiss(wants, record, heard, OwnerOfList(wants.strategy));
 }
 

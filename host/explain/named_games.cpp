@@ -19,6 +19,7 @@ const std::pair<const char*, const char*> kOwners[] = {
     {"GameUX Registry Search", "Windows' game explorer"},
     {"GameUX Info Search", "Windows' game explorer"},
     {"Steam Shortcuts Search", "Steam's list of shortcuts"},
+    {"Steam AppInfo Scan", kWindowsList},
 };
 
 class Collection {

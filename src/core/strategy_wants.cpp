@@ -101,9 +101,7 @@ std::string WhyTextMissing(const WantedText& text, const GameSignature& record) 
 
 std::string WhySourceRefused(const StrategyWants& wants, const GameSignature& record) {
   if (wants.source != kAnySource && record.SourceKind != wants.source) {
-    const bool none = record.SourceKind == kSourceNone;
-    return std::string("takes records of source ") + NameOfSource(wants.source) + " alone, and this one " +
-           (none ? "has none" : std::string("is of ") + NameOfSource(record.SourceKind));
+    return std::string("wants a record of source ") + NameOfSource(wants.source);
   }
   const bool refused = std::find(wants.passedOver.begin(), wants.passedOver.end(), record.SourceKind) !=
                        wants.passedOver.end();

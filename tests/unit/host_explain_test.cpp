@@ -4,6 +4,7 @@
 #include "core/scan_driver.h"
 #include "desktop/catalogue_text.h"
 #include "desktop/description.h"
+#include "desktop/steam_files.h"
 #include "host/explain/explanation_json.h"
 #include "host/explain/explanation_text.h"
 #include "host/text_width.h"
@@ -20,8 +21,8 @@ namespace tarnwick {
 namespace {
 
 using desktop::Desktop;
-using host::Explanation;
 using host::ExplainName;
+using host::Explanation;
 using host::GameExplanation;
 using host::ObserveScan;
 using host::Outcome;
@@ -99,7 +100,7 @@ TEST_F(HostExplain, TellsWhatFoundAGameAndWhere) {
 
 TEST_F(HostExplain, HasAVerdictOfEachStrategyWithAReason) {
   Sample();
-  for (const char* name : {"Kiteborne", "Far Beacon", "Candlemark", "Fernpad"}) {
+  for (const char* name : {"Kiteborne", "Far Beacon", "Candlemark", "Sprocket"}) {
     const GameExplanation game = Only(name, kSampleCatalogue);
     ASSERT_THAT(game.strategies, SizeIs(ScanStrategies().size()));
     for (const StrategyVerdict& verdict : game.strategies)
@@ -114,7 +115,7 @@ TEST_F(HostExplain, TellsWhichFieldOrSourceKeepsAStrategyFromTrying) {
   EXPECT_EQ(VerdictOf(game, "Registry Search Scan").verdict, Verdict::kNotTried);
   EXPECT_EQ(VerdictOf(game, "Registry Search Scan").reason, "the record has no RegistryKey");
   EXPECT_THAT(*VerdictOf(game, "Registry Search Scan").questions, IsEmpty());
-  EXPECT_THAT(VerdictOf(game, "Steam Games Scan").reason, StartsWith("takes records of source STEAM alone"));
+  EXPECT_EQ(VerdictOf(game, "Steam Games Scan").reason, "wants a record of source STEAM");
 }
 
 TEST_F(HostExplain, NamesTheFirstOfThePlacesThatWereTried) {
@@ -148,7 +149,8 @@ TEST_F(HostExplain, CountsTheNamesThatWereCompared) {
   const std::string products = R"(HKEY_LOCAL_MACHINE\SOFTWARE\TarnwickExplain\Products)";
   record.RegistryKey = products + "\\";
   record.DefaultExe = "x.exe";
-  for (const char* name : {"One", "Two", "Three"}) desktop_.String(products + "\\" + name, "DisplayName", name);
+  for (const char* name : {"One", "Two", "Three"})
+    desktop_.String(products + "\\" + name, "DisplayName", name);
   Catalogue({record});
   EXPECT_EQ(VerdictOf(Only("Explained"), "Default Registry Scan").reason,
             "no entry of " + products + " is called 'Explained' (3 asked)");
@@ -165,7 +167,11 @@ TEST_F(HostExplain, CallsWindowsListByItsName) {
 }
 
 TEST_F(HostExplain, FollowsAManifestToTheFolderThatIsMissing) {
-  Build(SteamDesktop("Explained", "Gone"));
+  const std::string steam = R"(C:\TarnwickExplain\Steam)";
+  desktop_.String(R"(HKEY_LOCAL_MACHINE\SOFTWARE\Valve\Steam)", "InstallPath", steam, desktop::View::k64);
+  desktop_.Folder(steam + R"(\steamapps\common)");
+  desktop_.File(steam + R"(\steamapps\appmanifest_9770020.acf)",
+                desktop::AppManifestText("9770020", "Explained", "Gone"));
   Catalogue({SteamRecord("Explained", "9770020")});
   const GameExplanation game = Only("Explained");
   EXPECT_EQ(game.outcome, Outcome::kMissing);
@@ -260,8 +266,9 @@ TEST_F(HostExplain, TellsThatAnEarlierLevelKeptALaterOneFromTheRecord) {
   const GameExplanation game = Only("Explained");
   EXPECT_EQ(game.outcome, Outcome::kEarlier);
   EXPECT_EQ(game.strategy, "GOG Registry Search");
-  EXPECT_THAT(game.sentence,
-              testing::EndsWith("that is level 4, so Steam Games Scan and Steam Default ID never got the record"));
+  EXPECT_THAT(
+      game.sentence,
+      testing::EndsWith("that is level 4, so Steam Games Scan and Steam Default ID never got the record"));
   EXPECT_EQ(VerdictOf(game, "Steam Default ID").verdict, Verdict::kNotTried);
   EXPECT_EQ(VerdictOf(game, "Steam Games Scan").reason, "found by an earlier level: GOG Registry Search");
 }
@@ -288,7 +295,7 @@ TEST_F(HostExplain, ExplainsWhatALauncherReportsWithoutARecord) {
 
 TEST_F(HostExplain, ExplainsAnInstalledProgramThatNoRecordNames) {
   Sample();
-  const GameExplanation game = Only("fernpad", kSampleCatalogue);
+  const GameExplanation game = Only("sprocket", kSampleCatalogue);
   EXPECT_EQ(game.sentence, "not found: Windows' list of programs names it, the catalogue doesn't");
 }
 
@@ -319,8 +326,9 @@ TEST_F(HostExplain, ExplainsTenGamesAtMostAndTheExactNameFirst) {
   EXPECT_EQ(explanation.records.front().name, "Explained");
   EXPECT_EQ(explanation.records.back().name, "Explained 8");
   EXPECT_EQ(explanation.further, 5u);
-  EXPECT_THAT(ExplanationText(explanation, {}), StartsWith("15 games have 'explained' in their name; these are "
-                                                           "10 of them."));
+  EXPECT_THAT(ExplanationText(explanation, {}),
+              StartsWith("15 games have 'explained' in their name; these are "
+                         "10 of them."));
 }
 
 TEST_F(HostExplain, OffersSimilarNamesWhereNothingHasTheName) {
@@ -335,8 +343,8 @@ TEST_F(HostExplain, ChangesNothingInWhatTheLibraryAnswers) {
   Sample();
   const auto answer = [] {
     std::string text(4u << 20, '\0');
-    text.resize(static_cast<size_t>(
-        RunScanGuarded(kSampleCatalogue, text.data(), static_cast<int>(text.size()))));
+    text.resize(
+        static_cast<size_t>(RunScanGuarded(kSampleCatalogue, text.data(), static_cast<int>(text.size()))));
     return text;
   };
   const std::string before = answer();
@@ -379,7 +387,8 @@ TEST_F(HostExplain, TheTextShowsQuestionsWhereItIsAskedTo) {
 
 TEST_F(HostExplain, TheTextHasOneLineForEachStrategyWhereTheyFit) {
   Sample();
-  const std::vector<std::string> lines = LinesOf(ExplanationText(Explain("Far Beacon", kSampleCatalogue), {}));
+  const std::vector<std::string> lines =
+      LinesOf(ExplanationText(Explain("Far Beacon", kSampleCatalogue), {}));
   ASSERT_THAT(lines, SizeIs(2 + 1 + 23 + 2));
   EXPECT_EQ(lines[0], "Far Beacon");
   EXPECT_EQ(lines[1], "  Not found.");
