@@ -11,6 +11,7 @@ int RunApps(const Options& options);
 int RunFind(const Options& options);
 int RunDetails(const Options& options);
 int RunWatch(const Options& options);
+int RunExplain(const Options& options);
 int RunEncipher(const Options& options);
 int RunDecipher(const Options& options);
 

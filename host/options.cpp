@@ -11,6 +11,7 @@
 #include <system_error>
 
 #include "host/console.h"
+#include "host/edit_distance.h"
 #include "host/failure.h"
 
 namespace tarnwick::host {
@@ -21,6 +22,7 @@ constexpr int32_t kNoLimit = std::numeric_limits<int32_t>::max();
 using FormatNames = std::map<std::string, Format>;
 
 const FormatNames kTableOrJson = {{"table", Format::kTable}, {"json", Format::kJson}};
+const FormatNames kTextOrJson = {{"text", Format::kTable}, {"json", Format::kJson}};
 const FormatNames kListFormats = {
     {"table", Format::kTable}, {"json", Format::kJson}, {"ndjson", Format::kNdjson}, {"csv", Format::kCsv}};
 const FormatNames kAnyFormat = {{"table", Format::kTable},
@@ -31,6 +33,7 @@ const FormatNames kAnyFormat = {{"table", Format::kTable},
 
 std::string FormatHelp(const FormatNames& formats) {
   std::string help = "table (default) or json";
+  if (formats.count("text") > 0) help = "text (default) or json";
   if (formats.count("csv") > 0) help = "table (default), json, ndjson (one object a line) or csv";
   if (formats.count("html") > 0)
     help = "table (default), json, ndjson, csv, or html: one self-contained page";
@@ -130,6 +133,18 @@ void AddLookups(CLI::App& app, Options& options) {
   AddOutput(*details, options);
 }
 
+void AddExplain(CLI::App& app, Options& options) {
+  CLI::App* explain = app.add_subcommand("explain", "Tell why a game is found or isn't");
+  explain->add_option("NAME", options.input, "The game's name or a part of it")
+      ->required()
+      ->check(
+          CLI::Validator([](std::string& text) { return std::string(text.empty() ? "is empty" : ""); }, ""));
+  explain->add_option("CATALOGUE", options.catalogue, "The catalogue file, as for scan");
+  AddFormat(*explain, options, kTextOrJson);
+  explain->add_flag("--verbose", options.verbose, "Show every question to the machine with its answer");
+  AddOutput(*explain, options);
+}
+
 void AddWatch(CLI::App& app, Options& options) {
   CLI::App* watch =
       app.add_subcommand("watch", "Print the foreground process each time it changes, until Ctrl+C");
@@ -155,25 +170,6 @@ std::string ChosenCommand(const CLI::App& app) {
   const CLI::App* chosen = app.get_subcommands().front();
   return chosen->get_subcommands().empty() ? chosen->get_name()
                                            : chosen->get_subcommands().front()->get_name();
-}
-
-// How many letters must be put in, taken out, changed or swapped with their neighbour to make one text of
-// the other.
-size_t EditDistance(const std::string& from, const std::string& to) {
-  std::vector<std::vector<size_t>> cost(from.size() + 1, std::vector<size_t>(to.size() + 1));
-  for (size_t i = 0; i <= from.size(); ++i) {
-    for (size_t j = 0; j <= to.size(); ++j) {
-      if (i == 0 || j == 0) {
-        cost[i][j] = i + j;
-        continue;
-      }
-      cost[i][j] = std::min(
-          {cost[i - 1][j] + 1, cost[i][j - 1] + 1, cost[i - 1][j - 1] + (from[i - 1] == to[j - 1] ? 0 : 1)});
-      if (i > 1 && j > 1 && from[i - 1] == to[j - 2] && from[i - 2] == to[j - 1])
-        cost[i][j] = std::min(cost[i][j], cost[i - 2][j - 2] + 1);
-    }
-  }
-  return cost[from.size()][to.size()];
 }
 
 // The subcommand that was probably meant, or an empty text.
@@ -234,6 +230,7 @@ bool ParseOptions(const std::vector<std::string>& arguments, Options& options, i
   AddScan(app, options);
   AddApps(app, options);
   AddLookups(app, options);
+  AddExplain(app, options);
   AddWatch(app, options);
   AddCatalogue(app, options);
   try {

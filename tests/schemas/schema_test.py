@@ -248,6 +248,33 @@ class Program(unittest.TestCase):
         check(bare, schema("game-details"))
         self.assertEqual(bare, {**details, "ico": ""})
 
+    def explained(self, name, code):
+        result = start(TARNWICK, "explain", name, CATALOGUE, "--format", "json")
+        self.assertEqual(result.returncode, code, result.stderr.decode())
+        text = result.stdout.decode("utf-8")
+        self.assertEqual(text.count("\n"), 1)
+        explanation = json.loads(text)
+        check(explanation, schema("explanation"))
+        refuses_spoilt(self, explanation, schema("explanation"))
+        return explanation
+
+    def test_explain(self):
+        found = self.explained("kiteborne", 0)["records"]
+        self.assertEqual([(game["name"], game["outcome"]) for game in found], [("Kiteborne", "found")])
+        self.assertEqual(found[0]["foundBy"], "Steam Games Scan")
+        missing = self.explained("far beacon", 1)["records"]
+        self.assertEqual([(game["name"], game["outcome"]) for game in missing], [("Far Beacon", "missing")])
+        for definition, value in (
+            ("record", missing[0]),
+            ("strategy", missing[0]["strategies"]),
+            ("question", missing[0]["strategies"][-1]["questions"]),
+        ):
+            whole = schema("explanation")
+            refuses_spoilt(self, value[0] if isinstance(value, list) else value,
+                           {"$defs": whole["$defs"], "$ref": f"#/$defs/{definition}"})
+        self.assertEqual(self.explained("no game of this name", 1)["records"], [])
+        self.assertGreater(len(self.explained("a", 1)["records"]), 9)
+
     def test_watch(self):
         with subprocess.Popen([*WINE, "notepad"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL) as window:
             try:
