@@ -12,6 +12,7 @@
 #include "foundation/machine/versions.h"
 #include "foundation/text.h"
 #include "foundation/windows_api.h"
+#include "inventory/icons.h"
 #include "launchers/arc_registry_search.h"
 #include "support/debug_capture.h"
 #include "support/locked_path.h"
@@ -81,6 +82,7 @@ void AskEverything() {
   RunsUnderWow64();
   ReadVersionBlock(LR"(C:\windows\system32\kernel32.dll)");
   ReadNarrowVersionBlock(R"(C:\windows\system32\kernel32.dll)");
+  LoadIcoFile(Utf8ToWide(kRoot + "\\a.ico"));
 }
 
 class MachineObserver : public testing::Test {
@@ -91,6 +93,7 @@ class MachineObserver : public testing::Test {
     d.Key(kKey + "\\Sub");
     d.File(kRoot + "\\a.txt", "one\r\ntwo");
     d.File(kRoot + "\\sub\\b.txt", "b");
+    d.IconFile(kRoot + "\\a.ico", {{{32, 0x2244DD}}});
   }
 
   Desktop d;
@@ -124,7 +127,7 @@ TEST_F(MachineObserver, HearsAQuestionOfEachKindWithItsAnswerAndItsStrategy) {
 TEST_F(MachineObserver, HearsEachOfThemOnce) {
   const HeardQuestions heard;
   AskEverything();
-  EXPECT_EQ(heard.All().size(), 35u);
+  EXPECT_EQ(heard.All().size(), 37u);
 }
 
 TEST_F(MachineObserver, HearsNothingWhenItIsGone) {
@@ -156,7 +159,7 @@ TEST_F(MachineObserver, HearsTheTextsThatCame) {
   ListSubkeys(key);
   EXPECT_EQ(LastAnswer(heard, QuestionKind::kListSubkeys).text, "Sub\n");
   ListFiles(kRoot, nullptr);
-  EXPECT_EQ(LastAnswer(heard, QuestionKind::kListFolder).text, kRoot + "\\a.txt\n");
+  EXPECT_THAT(LastAnswer(heard, QuestionKind::kListFolder).text, HasSubstr(kRoot + "\\a.txt\n"));
   EXPECT_EQ(ReadAll(*OpenTextFile(kRoot + "\\a.txt")), "one\ntwo");
   EXPECT_EQ(LastAnswer(heard, QuestionKind::kReadTextFile).text, "one\ntwo");
   EXPECT_EQ(ReadAll(*OpenBinaryFile(kRoot + "\\a.txt")), "one\r\ntwo");
