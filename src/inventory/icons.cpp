@@ -248,7 +248,7 @@ Icon LoadIcoFile(const std::wstring& path) { return LoadIcoFile(path, kWindowsIc
 
 Icon LoadStockApplicationIcon() {
   return machine::AskMachine(
-      [] { return Question{QuestionKind::kIcon, "the generic application", "SHGetStockIconInfo", {}, {}}; },
+      [] { return Question{QuestionKind::kIcon, kGenericApplication, "SHGetStockIconInfo", {}, {}}; },
       [] { return Icon(); }, AskStockApplicationIcon, TellIcon);
 }
 

@@ -49,7 +49,8 @@ Icon LoadIconFromFile(const std::wstring& path, int32_t index);
 // The image nearest 256 pixels of an .ico file; empty if the file is missing.
 Icon LoadIcoFile(const std::wstring& path);
 
-// The system's generic application icon.
+// The system's generic application icon. An observer hears it asked for under this name.
+inline constexpr char kGenericApplication[] = "the generic application";
 Icon LoadStockApplicationIcon();
 
 }  // namespace tarnwick
