@@ -1,7 +1,9 @@
 #include "foundation/machine/observer.h"
 
+#include "catalogue/xml_parser.h"
 #include "common/heard_questions.h"
 #include "core/strategy_runner.h"
+#include "desktop/description.h"
 #include "desktop/desktop.h"
 #include "foundation/conversions.h"
 #include "foundation/machine/data_files.h"
@@ -16,11 +18,14 @@
 #include "launchers/arc_registry_search.h"
 #include "support/debug_capture.h"
 #include "support/locked_path.h"
+#include "support/source_folder.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <mutex>
 #include <set>
 
 namespace tarnwick {
@@ -302,6 +307,40 @@ TEST_F(MachineObserver, KnowsTheStrategyOnFiveThreadsAtOnce) {
             (std::map<std::string, int>{
                 {"", 1}, {"One", 1000}, {"Two", 1000}, {"Three", 1000}, {"Four", 1000}, {"Five", 1000}}));
   for (const auto& [asker, ids] : threads) EXPECT_THAT(ids, SizeIs(1)) << asker;
+}
+
+// --- A recorder that takes its time. ---
+
+using Told = std::map<std::string, std::vector<std::string>>;  // by strategy, in the order of its questions
+
+Told SlowlyHeard(const GameList& games, const std::vector<ScanStrategy>& strategies) {
+  std::mutex mutex;
+  Told told;
+  Observer observer;
+  observer.heard = [&](const Question& question, const Answer& answer) {
+    Sleep(1);
+    const std::lock_guard lock(mutex);
+    told[question.asker].push_back(std::string(NameOf(question.kind)) + " " + question.subject + " " +
+                                   question.detail + (answer.given ? ": " : "! ") + answer.text);
+  };
+  SetObserver(&observer);
+  RunStrategies(games, [&] { return strategies; });
+  SetObserver(nullptr);
+  return told;
+}
+
+TEST_F(MachineObserver, ASlowRecorderHearsFiveStrategiesAtOnceAsEachAlone) {
+  std::ifstream file(tests::SourceFolder() + "/desktop/samples/sample-desktop.json", std::ios::binary);
+  ApplyDescription(d, {std::istreambuf_iterator<char>(file), {}});
+  const tests::DebugCapture quiet;
+  const GameList games = XmlParser::LoadGameListFromXml(LR"(C:\TarnwickDemo\MasterGameList.xml)");
+  std::vector<ScanStrategy> strategies = ScanStrategies();
+  strategies.resize(5);
+  for (ScanStrategy& strategy : strategies) strategy.priority = 6;
+  Told alone;
+  for (const ScanStrategy& strategy : strategies) alone.merge(SlowlyHeard(games, {strategy}));
+  EXPECT_THAT(alone, SizeIs(5));
+  EXPECT_EQ(SlowlyHeard(games, strategies), alone);
 }
 
 TEST(MachineNames, AreAllDifferent) {
