@@ -9,7 +9,6 @@
 #include <iterator>
 #include <map>
 #include <string_view>
-#include <tuple>
 #include <unordered_map>
 #include <utility>
 
@@ -129,17 +128,16 @@ void LookAtText(const Search& search, const std::string& text) {
   }
 }
 
-auto Identity(const Heard& heard) {
-  return std::tie(heard.question.kind, heard.question.subject, heard.question.detail, heard.question.view,
-                  heard.answer.given, heard.answer.text);
+// As they are read: how a question is put makes no difference.
+bool ReadAlike(const Heard& one, const Heard& other) {
+  return one.answer.given == other.answer.given && one.answer.text == other.answer.text &&
+         QuestionInWords(one.question) == QuestionInWords(other.question);
 }
 
 Evidence Strongest(const std::vector<Heard>& heard, const std::map<size_t, Weight>& hits, size_t most) {
   std::vector<std::pair<size_t, Weight>> chosen;
   for (const auto& hit : hits) {
-    const auto same = [&](const auto& other) {
-      return Identity(heard[hit.first]) == Identity(heard[other.first]);
-    };
+    const auto same = [&](const auto& other) { return ReadAlike(heard[hit.first], heard[other.first]); };
     if (std::none_of(chosen.begin(), chosen.end(), same)) chosen.emplace_back(hit);
   }
   std::ranges::stable_sort(chosen, std::greater<>(), &std::pair<size_t, Weight>::second);

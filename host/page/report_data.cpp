@@ -1,5 +1,7 @@
 #include "host/page/report_data.h"
 
+#include "foundation/text.h"
+#include "host/console.h"
 #include "host/explain/question_words.h"
 
 #include <nlohmann/json.hpp>
@@ -76,9 +78,12 @@ json StrategyData(const StrategyRun& run, const ScanReport& report) {
   return data;
 }
 
+// As the answer lists paths, so that equal ones look equal.
+std::string ListedPath(const ScanResult& result) { return Narrow(NormalizeLocPath(Widen(result.exePath))); }
+
 json MergedData(const MergedResult& merged) {
   return {{"name", merged.result->name},
-          {"path", merged.result->exePath},
+          {"path", ListedPath(*merged.result)},
           {"source", merged.result->source},
           {"strategy", merged.run->strategy.name},
           {"level", merged.run->strategy.priority},
