@@ -46,16 +46,16 @@ bool IsEvidence(const ScanResult& result, const Heard& heard) {
   return EvidenceOf(result, all) == std::vector<std::string>{heard.question.subject};
 }
 
-const ScanResult kMill = Result("Old Mill", "C:\\Games\\Old Mill\\bin\\mill.exe",
+const ScanResult kMill = Result("Old Mill", "C:\\Games\\Mill\\bin\\mill.exe",
                                 "Some Registry: HKEY_LOCAL_MACHINE\\SOFTWARE\\Mill Works", "steam://run/77");
 
 TEST(HostScanEvidence, IsWhatWasAskedAboutThePathItsFolderAndWhatLiesInThat) {
-  for (const char* path : {"C:\\Games\\Old Mill\\bin\\mill.exe", "c:/games/OLD MILL/bin/mill.exe",
-                           "C:\\\\Games\\\\Old Mill\\bin", "C:\\Games\\Old Mill\\bin\\other.exe"}) {
+  for (const char* path : {"C:\\Games\\Mill\\bin\\mill.exe", "c:/games/MILL/bin/mill.exe",
+                           "C:\\\\Games\\\\Mill\\bin", "C:\\Games\\Mill\\bin\\other.exe"}) {
     EXPECT_TRUE(IsEvidence(kMill, Asked(QuestionKind::kAttributes, path))) << path;
     EXPECT_TRUE(IsEvidence(kMill, Missed(path))) << path;
   }
-  EXPECT_FALSE(IsEvidence(kMill, Missed("C:\\Games\\Old Mill Two\\bin\\mill.exe")));
+  EXPECT_FALSE(IsEvidence(kMill, Missed("C:\\Games\\Mill Two\\bin\\mill.exe")));
   EXPECT_FALSE(IsEvidence(kMill, Missed("C:\\Games")));
 }
 
@@ -70,8 +70,8 @@ TEST(HostScanEvidence, IsWhatWasAskedOfTheKeyInTheSource) {
 
 TEST(HostScanEvidence, IsWhatWasAnsweredWithThePathTheNameOrTheId) {
   for (const char* answer :
-       {"Old Mill", "A\nold mill\nB", "\"C:\\Games\\Old Mill\\bin\\mill.exe\",0",
-        "C:\\Games\\Old Mill\\bin\\mill.exe,0", "{\"path\": \"C:\\\\Games\\\\Old Mill\\\\bin\"}",
+       {"Old Mill", "A\nold mill\nB", "\"C:\\Games\\Mill\\bin\\mill.exe\",0",
+        "C:\\Games\\Mill\\bin\\mill.exe,0", "{\"path\": \"C:\\\\Games\\\\Mill\\\\bin\"}",
         "name: Old Mill\r\n", "Title=Old Mill", "<t>Old Mill</t>", "\"appid\"\t\t\"77\""}) {
     EXPECT_TRUE(IsEvidence(kMill, Asked(QuestionKind::kReadTextFile, "C:\\list.txt", answer))) << answer;
   }
@@ -103,10 +103,10 @@ TEST(HostScanEvidence, OfTooMuchTheSurestStays) {
   std::vector<Heard> heard;
   for (int i = 0; i < 20; ++i)
     heard.push_back(Asked(QuestionKind::kReadTextFile, "C:\\" + std::to_string(i), "Old Mill"));
-  heard.push_back(Missed("C:\\Games\\Old Mill\\bin\\b.exe"));
+  heard.push_back(Missed("C:\\Games\\Mill\\bin\\b.exe"));
   heard.push_back(Asked(QuestionKind::kAttributes, kMill.exePath, "file"));
   EXPECT_THAT(EvidenceOf(kMill, heard, 3),
-              ElementsAre("C:\\0", "C:\\Games\\Old Mill\\bin\\b.exe", kMill.exePath));
+              ElementsAre("C:\\0", "C:\\Games\\Mill\\bin\\b.exe", kMill.exePath));
   EXPECT_THAT(EvidenceOf(kMill, heard), SizeIs(kMostEvidence));
 }
 
@@ -198,6 +198,17 @@ TEST(HostScanFindings, LeaveStandingWhatTheLibraryLeavesStanding) {
   const std::vector<Finding> findings = FindingsOf(scan);
   ASSERT_THAT(findings, SizeIs(4));
   for (const Finding& finding : findings) EXPECT_THAT(finding.merged, IsEmpty());
+}
+
+TEST(HostScanFindings, TellNothingOfWhatTheLibraryMergedElsewhere) {
+  // The second was dropped before its path could count, so the third stands.
+  const ObservedScan scan = ScanOf({Result("High", "C:\\1.exe", "Steam App 7", "steam://run/7"),
+                                    Result("Low", "C:\\2.exe", "Steam ID: 7", "steam://run/7")},
+                                   {Result("Plain", "C:\\2.exe")});
+  const std::vector<Finding> findings = FindingsOf(scan);
+  ASSERT_THAT(findings, SizeIs(2));
+  EXPECT_THAT(WhysOf(findings[0]), ElementsAre("First/Low: same Steam app id 7, source of rank 2 below 4"));
+  EXPECT_THAT(WhysOf(findings[1]), IsEmpty());
 }
 
 TEST(HostScanFindings, FollowWhatWasMergedIntoSomethingThatWasReplaced) {
