@@ -1,10 +1,13 @@
 #include "host/html_page.h"
 
 #include "host/icon_scaling.h"
+#include "host/page/report_data.h"
 
 #include <fmt/format.h>
 
 #include <nlohmann/json.hpp>
+
+#include <algorithm>
 
 namespace tarnwick::host {
 namespace {
@@ -30,22 +33,6 @@ std::string FillPage(const json& data) {
   return page.replace(page.find(marker), marker.size(), ScriptSafe(data));
 }
 
-json ReportAsJson(const ScanReport& report) {
-  json strategies = json::array();
-  for (const StrategyReport& strategy : report.strategies) {
-    strategies.push_back({{"name", strategy.name},
-                          {"level", strategy.level},
-                          {"milliseconds", strategy.milliseconds},
-                          {"found", strategy.found},
-                          {"lines", strategy.lines}});
-  }
-  return {{"strategies", strategies},
-          {"catalogue", report.gamesInCatalogue},
-          {"raw", report.rawResults},
-          {"unique", report.uniqueResults},
-          {"notes", report.notes}};
-}
-
 // The icons of the list, as the page stores them.
 template <class Item>
 std::vector<std::string> PageIcons(const std::vector<Item>& list, const PageOptions& options) {
@@ -54,6 +41,23 @@ std::vector<std::string> PageIcons(const std::vector<Item>& list, const PageOpti
   const IconScaler scaler;
   for (size_t i = 0; i < list.size(); ++i) icons[i] = scaler.ScaleDown(list[i].icon, options.iconSize);
   return icons;
+}
+
+// A scan that was listened to knows what the log may not tell.
+void NameStrategies(std::vector<Game>& games, const std::vector<Finding>& findings) {
+  for (size_t i = 0; i < std::min(games.size(), findings.size()); ++i) {
+    if (findings[i].run == nullptr) continue;
+    games[i].strategy = findings[i].run->strategy.name;
+    games[i].launcher = LauncherName(games[i].launchUrl, games[i].strategy);
+  }
+}
+
+json ReportOfScan(const ObservedScan& scan, const PageOptions& options) {
+  json report = ReportData(scan);
+  report["version"] = TARNWICK_VERSION;
+  report["catalogueFile"] = options.catalogue;
+  report["began"] = options.began;
+  return report;
 }
 
 std::string VersionAndSize(const Application& application) {
@@ -73,7 +77,9 @@ std::string SizeText(uint64_t kilobytes) {
                              : fmt::format("{:.1f} GB", megabytes / 1024);
 }
 
-std::string GamesPage(const std::vector<Game>& games, const ScanReport& report, const PageOptions& options) {
+std::string GamesPage(std::vector<Game> games, const ObservedScan& scan, const PageOptions& options) {
+  const std::vector<Finding> findings = FindingsOf(scan);
+  NameStrategies(games, findings);
   const std::vector<std::string> icons = PageIcons(games, options);
   json items = json::array();
   for (size_t i = 0; i < games.size(); ++i) {
@@ -83,13 +89,14 @@ std::string GamesPage(const std::vector<Game>& games, const ScanReport& report, 
                      {"path", games[i].path},
                      {"icon", icons[i]},
                      {"launch", games[i].launchUrl},
-                     {"size", 0}});
+                     {"size", 0},
+                     {"explanation", i < findings.size() ? ExplanationData(findings[i]) : json()}});
   }
   return FillPage({{"title", "Games"},
                    {"launchers", true},
                    {"iconSize", options.iconSize},
                    {"items", items},
-                   {"report", ReportAsJson(report)}});
+                   {"report", ReportOfScan(scan, options)}});
 }
 
 std::string ApplicationsPage(const std::vector<Application>& applications, const PageOptions& options) {

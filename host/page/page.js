@@ -67,15 +67,25 @@ function launch(item) {
   return [link];
 }
 
+function explainButton(item) {
+  const button = element("button", "explain", "Explain");
+  button.type = "button";
+  button.setAttribute("aria-haspopup", "dialog");
+  button.setAttribute("aria-label", `Explain ${item.name}`);
+  return button;
+}
+
 function origin(item) {
   const made = element("div", "origin");
   if (item.group) made.append(element("span", data.launchers ? "group badge" : "group", item.group));
   if (item.detail) made.append(element("span", "detail", item.detail));
+  if (item.explanation) made.append(explainButton(item));
   return made.firstChild ? [made] : [];
 }
 
 function card(item) {
-  const made = element("li", "card");
+  const made = element("li", item.explanation ? "card opens" : "card");
+  made.item = item;
   const texts = element("div", "texts");
   texts.append(element("h2", "name", item.name || "(no name)"), ...origin(item));
   if (item.path) texts.append(breakable("div", "path", item.path));
@@ -158,37 +168,191 @@ function cell(className, content) {
   return made;
 }
 
-// The lines are made when somebody wants to read them: a large scan has tens of thousands.
-function log(lines) {
-  const made = element("details", "log");
-  made.append(element("summary", "", lines.length === 1 ? "1 log line" : `${lines.length} log lines`));
-  made.addEventListener("toggle", () => {
-    const list = element("ol");
-    list.append(...lines.map(line => breakable("li", "", line)));
-    made.append(list);
-  }, {once: true});
+function counted(count, one, many) {
+  return `${count.toLocaleString("en")} ${count === 1 ? one : many}`;
+}
+
+// What is folded is made when somebody wants to read it: a large scan has tens of thousands of lines.
+function foldable(className, summary, make) {
+  const made = element("details", className);
+  const head = element("summary");
+  head.append(...summary);
+  made.append(head);
+  made.addEventListener("toggle", () => made.append(...make()), {once: true});
   return made;
 }
 
-function strategyRow(strategy) {
-  const row = element("tr");
-  const name = cell("strategy", element("div", "title", strategy.name));
-  if (strategy.lines.length) name.append(log(strategy.lines));
-  row.append(cell("number level", strategy.level), name, cell("number time", `${strategy.milliseconds.toFixed(1)} ms`),
-             cell(strategy.found ? "number found" : "number found nothing", strategy.found));
-  return row;
+function list(tag, className, items) {
+  const made = element(tag, className);
+  made.append(...items);
+  return made;
+}
+
+function facts(made, rows) {
+  for (const [name, value] of rows) {
+    if (!value) continue;
+    made.append(element("dt", "", name), value instanceof Node ? value : breakable("dd", "", value));
+  }
+  return made;
+}
+
+const shortAnswer = 24;  // stands behind its question
+
+function question({text, answer, ok}) {
+  const made = breakable("li", ok ? "question" : "question missed", text);
+  if (ok) made.append(breakable("div", answer.length > shortAnswer ? "answer" : "answer short", answer));
+  return made;
+}
+
+function reason({text, count}) {
+  const made = element("li", "reason");
+  made.append(element("span", "times", `${count.toLocaleString("en")} \u00d7`), breakable("span", "", text));
+  return made;
+}
+
+const shownReasons = 5;
+
+function reasons({missed, reasons, reasonsLeftOut}) {
+  if (!missed) return [];
+  const made = [element("h5", "", "Missed because"), list("ul", "reasons", reasons.slice(0, shownReasons).map(reason))];
+  const folded = reasons.slice(shownReasons);
+  if (folded.length) {
+    const words = counted(folded.length + reasonsLeftOut, "more reason", "more reasons");
+    made.push(foldable("more", [words], () => [list("ul", "reasons", folded.map(reason)), ...leftOut(reasonsLeftOut, "reason", "reasons")]));
+  }
+  return made;
+}
+
+function leftOut(count, one, many) {
+  return count ? [element("p", "left-out", `${counted(count, `more ${one} is`, `more ${many} are`)} left out.`)] : [];
+}
+
+function kinds(strategy) {
+  const words = strategy.kinds.map(({name, asked, missed}) =>
+    `${name} ${asked.toLocaleString("en")}${missed ? ` (${missed.toLocaleString("en")} missed)` : ""}`);
+  return words.length ? [element("p", "kinds", `${words.join(", ")}.`)] : [];
+}
+
+function questions({asked, questions}) {
+  if (!asked) return [];
+  return [foldable("more", [counted(asked, "question", "questions")], () =>
+    [list("ol", "questions", questions.map(question)), ...leftOut(asked - questions.length, "question", "questions")])];
+}
+
+function log(lines) {
+  if (!lines.length) return [];
+  return [foldable("more log", [counted(lines.length, "log line", "log lines")], () =>
+    [list("ol", "", lines.map(line => breakable("li", "", line)))])];
+}
+
+function strategyBody(strategy) {
+  const made = element("div", "body");
+  if (strategy.failure) made.append(breakable("p", "failure", strategy.failure));
+  made.append(element("p", "records", `Was given ${counted(strategy.records, "game", "games")} of the catalogue: what no earlier level had found.`),
+              ...kinds(strategy), ...reasons(strategy), ...questions(strategy), ...log(strategy.lines));
+  return made;
+}
+
+function strategySection(strategy) {
+  const title = element("h4", "title", strategy.name);
+  if (strategy.failure) title.append(" ", element("span", "failed", "failed"));
+  const number = (className, count, text) => element("span", `number ${className}${count ? "" : " nothing"}`, text);
+  return foldable("strategy", [
+    title,
+    number("found", strategy.found, `${strategy.found.toLocaleString("en")} found`),
+    number("asked", strategy.asked, counted(strategy.asked, "question", "questions")),
+    number("missed", strategy.missed, `${strategy.missed.toLocaleString("en")} missed`),
+    number("time", strategy.milliseconds, `${strategy.milliseconds.toFixed(1)} ms`),
+  ], () => [strategyBody(strategy)]);
+}
+
+function levelSection([level, strategies]) {
+  const made = element("section", "level");
+  made.append(element("h3", "", `Level ${level}`), ...strategies.map(strategySection));
+  return made;
+}
+
+// Levels in the order of the scan: the highest came first.
+function byLevel(strategies) {
+  const levels = new Map();
+  for (const strategy of strategies) levels.set(strategy.level, [...(levels.get(strategy.level) ?? []), strategy]);
+  return [...levels];
+}
+
+function failures(strategies) {
+  const failed = strategies.filter(strategy => strategy.failure);
+  byId("failures").append(...failed.map(({name, failure}) => breakable("li", "", `${name} failed: ${failure}`)));
+  byId("failures").hidden = failed.length === 0;
 }
 
 function report() {
   if (!data.report) return;
-  const {catalogue, raw, unique, strategies, notes = []} = data.report;
+  const {catalogue, catalogueFile, began, version, raw, unique, strategies, notes = []} = data.report;
   byId("notes").append(...notes.map(note => breakable("li", "", note)));
   byId("notes").hidden = notes.length === 0;
   byId("totals").textContent =
     `${catalogue.toLocaleString("en")} games in the catalogue, ${raw} results, ${unique} after merging.`;
-  byId("strategies").append(...strategies.map(strategyRow));
-  byId("report").hidden = false;
+  facts(byId("about"), [["Catalogue", catalogueFile], ["Began", began], ["Tarnwick", version]]);
+  failures(strategies);
+  byId("strategies").append(...byLevel(strategies).map(levelSection));
+  byId("report").hidden = byId("to-report").hidden = false;
 }
+
+function mergedItem(item, merged) {
+  const made = element("li", "merged");
+  made.append(element("div", "why", merged.why), facts(element("dl", "facts"), [
+    ["Name", merged.name === item.name ? "" : merged.name],
+    ["Path", merged.path === item.path ? "" : merged.path],
+    ["Found by", `${merged.strategy}, level ${merged.level}`],
+    ["Source", merged.source],
+  ]));
+  return made;
+}
+
+function explanationHead(item) {
+  const head = element("div", "head");
+  const name = element("h2", "", item.name || "(no name)");
+  name.id = "explained";
+  const close = element("button", "close", "Close");
+  close.type = "button";
+  close.addEventListener("click", () => byId("explanation").close());
+  head.append(name, close);
+  return head;
+}
+
+function explanationParts(item) {
+  const {strategy, level, source, evidence, merged} = item.explanation;
+  const made = [facts(element("dl", "facts"), [
+    ["Found by", `${strategy}, level ${level}`], ["Source", source], ["Path", item.path], ["Launch", item.launch]])];
+  made.push(element("h3", "", "Evidence"), evidence.length
+    ? list("ol", "questions", evidence.map(question))
+    : element("p", "left-out", "No question of this strategy names the game."));
+  if (merged.length)
+    made.push(element("h3", "", "Merged into it"), list("ul", "merges", merged.map(one => mergedItem(item, one))));
+  return made;
+}
+
+function explain(item) {
+  const dialog = byId("explanation");
+  const body = list("div", "body", explanationParts(item));
+  dialog.replaceChildren(explanationHead(item), body);
+  dialog.showModal();
+  dialog.scrollTop = 0;
+}
+
+// A click anywhere on a card opens it, but not one that ends a selection of its text.
+gallery.addEventListener("click", event => {
+  const chosen = event.target.closest(".card");
+  const button = chosen?.querySelector(".explain");
+  if (!button || event.target.closest("a")) return;
+  if (event.target !== button && !getSelection().isCollapsed) return;
+  // Where the keyboard goes back to.
+  button.focus();
+  explain(chosen.item);
+});
+byId("explanation").addEventListener("click", event => {
+  if (event.target === event.currentTarget) event.currentTarget.close();
+});
 
 document.title = `${data.title} \u2013 Tarnwick`;
 document.documentElement.style.setProperty("--icon", `${data.iconSize}px`);
@@ -202,7 +366,7 @@ report();
 search.addEventListener("input", filter);
 sort.addEventListener("change", arrange);
 document.addEventListener("keydown", event => {
-  if (event.key !== "Escape" || !search.value) return;
+  if (event.key !== "Escape" || !search.value || byId("explanation").open) return;
   search.value = "";
   search.focus();
   filter();

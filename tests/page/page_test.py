@@ -41,15 +41,15 @@ const check = (frame, what, rect) => {
   if (rect.width && (rect.left < bounds.left - 0.5 || rect.right > bounds.right + 0.5 || rect.bottom > bounds.bottom + 0.5))
     found.push(`${what} ${rect.left}-${rect.right} in ${frame.className || frame.tagName} ${bounds.left}-${bounds.right}`);
 };
-for (const frame of document.querySelectorAll(".card, header, table, #notes")) {
+for (const frame of document.querySelectorAll(".card, header, #report, #notes, dialog[open] > *")) {
   for (const inner of frame.querySelectorAll("*")) {
-    if (getComputedStyle(inner).position !== "absolute" && !inner.closest("thead")) check(frame, inner.className || inner.tagName, inner.getBoundingClientRect());
+    if (getComputedStyle(inner).position !== "absolute" ) check(frame, inner.className || inner.tagName, inner.getBoundingClientRect());
   }
   const walker = document.createTreeWalker(frame, NodeFilter.SHOW_TEXT);
   while (walker.nextNode()) {
     const range = document.createRange();
     range.selectNodeContents(walker.currentNode);
-    if (walker.currentNode.parentElement.closest("thead, select")) continue;
+    if (walker.currentNode.parentElement.closest("select")) continue;
     for (const rect of range.getClientRects()) check(frame, walker.currentNode.data.slice(0, 20), rect);
   }
 }
@@ -85,12 +85,24 @@ def page_data(items, **fields):
     return {"title": "Games", "launchers": True, "iconSize": 56, "items": items, "report": None, **fields}
 
 
-def strategy(name, lines, **fields):
-    return {"name": name, "level": 1, "milliseconds": 1234567.5, "found": 3, "lines": lines, **fields}
+def question(text, answer=None):
+    return {"text": text, "answer": answer or "", "ok": answer is not None}
+
+
+def explanation(**fields):
+    return {"strategy": "Some Search", "level": 3, "source": "HKEY_CURRENT_USER\\Software\\A", "evidence": [], "merged": [], **fields}
+
+
+def strategy(name, lines, reasons=(), questions=(), **fields):
+    """`reasons` are texts with their counts."""
+    return {"name": name, "level": 1, "milliseconds": 1234567.5, "found": 3, "lines": lines, "records": 31, "failure": "",
+            "reasons": [{"text": text, "count": count} for text, count in reasons], "reasonsLeftOut": 0,
+            "missed": sum(count for _, count in reasons), "asked": len(questions), "kinds": [], "questions": list(questions), **fields}
 
 
 def report_of(*strategies, **fields):
-    return {"catalogue": 1234567, "raw": 12, "unique": 3, "strategies": list(strategies), **fields}
+    return {"catalogue": 1234567, "raw": 12, "unique": 3, "strategies": list(strategies), "version": "1.2.3",
+            "catalogueFile": "C:\\games.xml", "began": "2026-01-02 03:04:05.678", **fields}
 
 
 class Page(unittest.TestCase):
@@ -138,11 +150,28 @@ class Page(unittest.TestCase):
         next(button for button in self.browser.find_elements(By.CSS_SELECTOR, ".launcher")
              if button.accessible_name.rsplit(" ", 1)[0] == launcher).click()
 
-    def open_report(self, logs=True):
-        self.script("document.getElementById('report').open = true")
-        if logs:
-            self.script("document.querySelectorAll('.log').forEach(log => { log.open = true; })")
-            self.browser.execute_async_script("setTimeout(arguments[0], 50)")
+    def open_report(self):
+        """With everything that is folded in it."""
+        for folded in (".strategy", ".more"):
+            self.script("document.querySelectorAll(arguments[0]).forEach(folded => { folded.open = true; })", folded)
+            self.settle()
+
+    def settle(self):
+        """Until what was opened has filled itself: the browser tells of it a little later."""
+        self.browser.execute_async_script("setTimeout(arguments[0], 50)")
+
+    def texts(self, selector):
+        return [element.text for element in self.browser.find_elements(By.CSS_SELECTOR, selector)]
+
+    def explain(self, name):
+        next(button for button in self.browser.find_elements(By.CSS_SELECTOR, ".explain")
+             if button.accessible_name == f"Explain {name}").click()
+        return self.one("dialog")
+
+    def facts(self, within):
+        """What the first list of facts in there tells."""
+        return dict(self.script("return [...arguments[0].querySelector('dl').children].map(e => e.textContent)"
+                                ".reduce((rows, text, i, all) => i % 2 ? [...rows, [all[i - 1], text]] : rows, [])", within))
 
 
 class Gallery(Page):
@@ -188,11 +217,22 @@ class Gallery(Page):
         name = "<img src=x onerror='document.title=1'>"
         self.open_data(page_data(
             [game(name, group="<b>", detail="</script>", path="<i>\\<b>", icon="javascript:1", launch="javascript:document.title=1")],
-            title="T", report=report_of(strategy("<u>", ["</script><img>"]), notes=["<img>"])))
+            title="T", report=report_of(strategy("<u>", ["</script><img>"], [("<img>", 2)], [question("<i>", "<b>")], failure="<b>"),
+                                        notes=["<img>"])))
         self.open_report()
         self.assertEqual(self.names(), [name])
         self.assertEqual(self.browser.title, "T \u2013 Tarnwick")
         self.assertEqual(self.browser.find_elements(By.CSS_SELECTOR, "a.launch, main img, main b, main i, main u"), [])
+
+    def test_texts_of_an_explanation_never_become_markup(self):
+        bad = "<img src=x onerror='document.title=1'></script><b>"
+        merged = {"name": bad, "path": bad, "strategy": bad, "level": 1, "source": bad, "why": bad}
+        self.open_data(page_data([game(bad, explanation=explanation(
+            strategy=bad, source=bad, evidence=[question(bad, bad), question(bad)], merged=[merged]))], title="T"))
+        dialog = self.explain(bad)
+        self.assertEqual(self.browser.title, "T \u2013 Tarnwick")
+        self.assertEqual(dialog.find_elements(By.CSS_SELECTOR, "img, b, script"), [])
+        self.assertEqual(dialog.find_element(By.TAG_NAME, "h2").text, bad)
 
     def test_an_empty_page_says_so(self):
         self.open_data(page_data([], report=report_of()))
@@ -205,6 +245,11 @@ class Gallery(Page):
             self.browser.get_log("performance")
             self.open(path)
             self.search("a")
+            self.search("")
+            self.open_report()
+            for button in self.browser.find_elements(By.CSS_SELECTOR, ".explain")[:3]:
+                button.click()
+                ActionChains(self.browser).send_keys(Keys.ESCAPE).perform()
             self.assertEqual(self.browser.get_log("browser"), [])
             urls = []
             for entry in self.browser.get_log("performance"):
@@ -252,12 +297,17 @@ class Layout(Page):
     def hostile(self, size):
         icon = next(item["icon"] for item in chromium.data_of(GAMES)["items"] if item["icon"])
         path = "C:\\" + "\\".join([LONG, "x" * 90, "Games", "y.exe"])
-        items = [game(LONG, group=LONG, detail=LONG, path=path, icon=icon, launch="steam://run/" + "7" * 200),
+        asked = [question(f"read value {LONG} of key {path}", LONG * 3), question("x" * 300, "y" * 120), question(path), question("z" * 400)]
+        merged = [{"name": LONG, "path": path, "strategy": LONG, "level": 3, "source": "s" * 200, "why": LONG * 3}] * 2
+        items = [game(LONG, group=LONG, detail=LONG, path=path, icon=icon, launch="steam://run/" + "7" * 200,
+                      explanation=explanation(strategy="x" * 200, source=path, evidence=asked, merged=merged)),
                  game("x" * 300, group="W" * 75, detail="1." * 60, path="/" * 150, launch="shell:" + "z" * 200),
                  game("\u6e38" * 90, group="\u6e38" * 90, path="\\\\" + "\u6e38\u620f" * 60, launch="javascript:" + "1" * 200)]
         lines = ["[" + LONG * 4 + "] Found: " + LONG + " -> " + path, "1" * 400]
         return page_data(items, iconSize=size, report=report_of(
-            strategy(LONG, lines), strategy("s" * 200, lines, found=10**12), notes=[LONG * 3, "n" * 300]))
+            strategy(LONG, lines, [(f"{path} doesn't exist", 10**9), ("x" * 300, 1)] * 4, asked, failure=LONG * 3),
+            strategy("s" * 200, lines, found=10**12, asked=10**12, missed=10**12, kinds=[{"name": "open key", "asked": 10**12, "missed": 10**12}]),
+            notes=[LONG * 3, "n" * 300], catalogueFile="C:\\" + "x" * 300))
 
     def test_nothing_overflows_at_any_width(self):
         for size in (56, 256):
@@ -267,6 +317,8 @@ class Layout(Page):
                     with self.subTest(size=size, launchers=launchers, width=width):
                         self.open_data(data, width=width)
                         self.open_report()
+                        self.assertEqual(self.script(OVERFLOWS), [])
+                        self.explain(LONG)
                         self.assertEqual(self.script(OVERFLOWS), [])
 
     def test_the_real_pages_overflow_nowhere_either(self):
@@ -441,16 +493,103 @@ class Launchers(Page):
 
 
 class Report(Page):
-    def test_the_report_lists_all_strategies_by_level(self):
+    def strategies(self):
+        return self.browser.find_elements(By.CSS_SELECTOR, "#report .strategy")
+
+    def test_every_strategy_has_a_section_in_the_order_of_the_scan(self):
         self.open(GAMES)
-        report = self.one("#report")
-        self.assertTrue(report.is_displayed())
-        report.find_element(By.TAG_NAME, "summary").click()
-        rows = self.browser.find_elements(By.CSS_SELECTOR, "#strategies > tr")
-        self.assertEqual(len(rows), len(STRATEGIES))
-        levels = [int(row.find_element(By.TAG_NAME, "td").text) for row in rows]
-        self.assertEqual(levels, sorted(levels, reverse=True))
-        self.assertTrue(all(re.search(r"[0-9.]+ ms", row.text) for row in rows))
+        self.assertEqual(self.texts(".strategy .title"), STRATEGIES)
+        levels = [int(text.removeprefix("Level ")) for text in self.texts("#report h3")]
+        self.assertEqual(levels, sorted(set(levels), reverse=True))
+        self.assertEqual(sum(len(level.find_elements(By.CSS_SELECTOR, ".strategy"))
+                             for level in self.browser.find_elements(By.CSS_SELECTOR, "#report .level")), len(STRATEGIES))
+        for section, known in zip(self.strategies(), self.data()["report"]["strategies"]):
+            self.assertEqual(section.find_element(By.CSS_SELECTOR, ".found").text, f"{known['found']} found")
+            self.assertRegex(section.find_element(By.CSS_SELECTOR, ".asked").text, r"^%d questions?$" % known["asked"])
+            self.assertEqual(section.find_element(By.CSS_SELECTOR, ".missed").text, f"{known['missed']} missed")
+            self.assertRegex(section.find_element(By.CSS_SELECTOR, ".time").text, r"^[0-9.]+ ms$")
+
+    def test_the_numbers_of_the_real_page_are_those_of_a_scan(self):
+        report = chromium.data_of(GAMES)["report"]
+        self.assertEqual(sum(known["found"] for known in report["strategies"]), report["raw"])
+        self.assertEqual(len(chromium.data_of(GAMES)["items"]), report["unique"])
+        self.assertGreater(report["raw"], report["unique"])
+        for known in report["strategies"]:
+            self.assertGreater(known["asked"], 0, known["name"])
+            self.assertEqual(sum(reason["count"] for reason in known["reasons"]), known["missed"])
+            self.assertEqual(sum(kind["missed"] for kind in known["kinds"]), known["missed"])
+            self.assertEqual(sum(kind["asked"] for kind in known["kinds"]), known["asked"])
+
+    def test_a_section_opens_to_its_reasons_the_most_frequent_first(self):
+        reasons = [(f"C:\\Games\\{count}.exe doesn't exist", count) for count in range(1200, 1190, -1)]
+        self.open_data(page_data([], report=report_of(strategy("Some Search", [], reasons))))
+        self.assertEqual(self.texts(".reason"), [])
+        self.one(".strategy summary").click()
+        self.settle()
+        told = [f"{count:,} \u00d7\n{text}" for text, count in reasons]
+        self.assertEqual(self.texts(".reason"), told[:5])
+        self.assertEqual(self.one(".strategy .records").text, "Was given 31 games of the catalogue: what no earlier level had found.")
+        more = self.one(".strategy .more summary")
+        self.assertEqual(more.text, "5 more reasons")
+        more.click()
+        self.settle()
+        self.assertEqual(self.texts(".reason"), told)
+
+    def test_a_section_opens_by_the_keyboard(self):
+        self.open_data(page_data([], report=report_of(strategy("Some Search", [], [("x doesn't exist", 2)]))))
+        self.one(".strategy summary").send_keys(Keys.ENTER)
+        self.settle()
+        self.assertEqual(self.texts(".reason"), ["2 \u00d7\nx doesn't exist"])
+
+    def test_what_is_left_out_is_counted(self):
+        asked = [question(f"look for {i}", "file") for i in range(200)]
+        self.open_data(page_data([], report=report_of(
+            strategy("Some Search", [], [(f"r{i}", 1) for i in range(200)], asked, asked=50000, missed=49800, reasonsLeftOut=1))))
+        self.open_report()
+        self.assertEqual(self.texts(".left-out"), ["1 more reason is left out.", "49,800 more questions are left out."])
+        self.assertEqual(self.texts(".more summary"), ["196 more reasons", "50,000 questions"])
+        self.assertEqual(len(self.texts(".question")), 200)
+
+    def test_questions_show_what_was_answered(self):
+        asked = [question("look for C:\\a.exe", "file"), question("C:\\b.exe doesn't exist")]
+        self.open_data(page_data([], report=report_of(strategy("Some Search", [], [], asked))))
+        self.open_report()
+        self.assertEqual(self.texts(".question .answer"), ["file"])
+        self.assertEqual(self.texts(".question.missed"), ["C:\\b.exe doesn't exist"])
+
+    def test_a_failure_is_told_without_opening_anything(self):
+        line = "CRITICAL SEH ERROR in Strategy [Bad Search]: 0xC0000005"
+        self.open_data(page_data([], report=report_of(strategy("Good Search", []), strategy("Bad Search", [], failure=line))))
+        self.assertEqual(self.texts("#failures li"), [f"Bad Search failed: {line}"])
+        self.assertEqual(self.texts(".strategy .title"), ["Good Search", "Bad Search failed"])
+        self.open_report()
+        self.assertEqual(self.texts(".strategy .failure"), [line])
+        self.open(GAMES)
+        self.assertFalse(self.one("#failures").is_displayed())
+
+    def test_it_tells_which_scan_it_is(self):
+        self.open_data(page_data([], report=report_of()))
+        self.assertEqual(self.facts(self.one("#report")),
+                         {"Catalogue": "C:\\games.xml", "Began": "2026-01-02 03:04:05.678", "Tarnwick": "1.2.3"})
+        self.open(GAMES)
+        facts = self.facts(self.one("#report"))
+        self.assertEqual(facts["Catalogue"], "C:\\TarnwickDemo\\MasterGameList.xml")
+        self.assertRegex(facts["Began"], r"^\d{4}-\d\d-\d\d \d\d:\d\d:\d\d\.\d{3}$")
+
+    def test_the_report_is_one_key_from_the_top(self):
+        self.open_data(page_data([game(f"Game {i}") for i in range(400)], report=report_of(strategy("Some Search", []))))
+        self.one("#to-report").send_keys(Keys.ENTER)
+        top = self.script("return document.getElementById('report-title').getBoundingClientRect().top")
+        self.assertTrue(0 <= top < 900, top)
+
+    def test_paper_shows_the_report_without_the_controls(self):
+        self.open(GAMES)
+        self.browser.execute_cdp_cmd("Emulation.setEmulatedMedia", {"media": "print"})
+        self.addCleanup(self.browser.execute_cdp_cmd, "Emulation.setEmulatedMedia", {"media": ""})
+        self.assertEqual([self.one(part).is_displayed() for part in ("#search", ".explain", "#report", ".strategy .found")],
+                         [False, False, True, True])
+        self.script("document.querySelector('.explain').click()")
+        self.assertEqual([self.one(part).is_displayed() for part in ("main", "dialog", "dialog .facts")], [False, True, True])
 
     def test_log_lines_can_be_read_on_a_narrow_screen(self):
         lines = ["[Search] Found: Old Mill Mysteries -> C:\\Games\\Old Mill Mysteries\\mill.exe", "[Search] Done."]
@@ -463,16 +602,13 @@ class Report(Page):
         self.assertGreater(len(rows), 1)
         self.assertTrue(all(row["left"] > rows[0]["left"] + 8 for row in rows[1:]), "further rows are indented")
 
-    def test_a_narrow_screen_stacks_the_table_and_keeps_it_one(self):
+    def test_a_narrow_screen_stacks_a_strategys_numbers(self):
         self.open_data(page_data([], report=report_of(strategy("Some Search", []))), width=400)
-        self.open_report()
-        cells = {name: self.one(f"td.{name}") for name in ("level", "time", "found")}
-        title = self.one(".strategy .title")
-        self.assertLess(title.location["y"], cells["level"].location["y"])
-        self.assertEqual(cells["level"].location["y"], cells["time"].location["y"])
-        self.assertEqual(title.location["y"], cells["found"].location["y"])
-        self.assertEqual([self.one(part).aria_role for part in ("table", "#strategies tr", "td.level", "thead th")],
-                         ["table", "row", "cell", "columnheader"])
+        title, found, asked, missed, time = (self.one(f".strategy > summary > .{part}").location["y"]
+                                             for part in ("title", "found", "asked", "missed", "time"))
+        self.assertEqual(title, found)
+        self.assertLess(title, asked)
+        self.assertEqual({asked, missed}, {time})
 
     def test_notes_are_shown_without_opening_the_report(self):
         notes = ["itch.io is recognised and not read.", "Another."]
@@ -481,6 +617,105 @@ class Report(Page):
         self.assertEqual([note.text for note in self.browser.find_elements(By.CSS_SELECTOR, "#notes li")], notes)
         self.open_data(page_data([], report=report_of()))
         self.assertFalse(self.one("#notes").is_displayed())
+
+
+class Explanation(Page):
+    EVIDENCE = [question("C:\\Games\\A\\old.exe doesn't exist"), question("look for C:\\Games\\A\\a.exe", "file")]
+    MERGED = {"name": "Apple II", "path": "C:\\Games\\A\\a.exe", "strategy": "Other Search", "level": 2, "source": "Other: 7",
+              "why": "same path, found later"}
+
+    def setUp(self):
+        self.open_data(page_data([
+            game("Apple", path="C:\\Games\\A\\a.exe", launch="steam://run/7",
+                 explanation=explanation(evidence=self.EVIDENCE, merged=[self.MERGED])),
+            game("Birch", explanation=explanation()),
+            game("Cedar")]))
+        self.dialog = self.one("dialog")
+
+    def test_it_tells_strategy_source_and_evidence(self):
+        self.explain("Apple")
+        self.assertEqual(self.dialog.accessible_name, "Apple")
+        self.assertEqual(self.facts(self.dialog),
+                         {"Found by": "Some Search, level 3", "Source": "HKEY_CURRENT_USER\\Software\\A", "Path": "C:\\Games\\A\\a.exe",
+                          "Launch": "steam://run/7"})
+        self.assertEqual(self.texts("dialog .question.missed"), ["C:\\Games\\A\\old.exe doesn't exist"])
+        self.assertEqual(self.texts("dialog .question .answer"), ["file"])
+
+    def test_it_tells_what_was_merged_into_the_game_and_why(self):
+        self.explain("Apple")
+        merged = self.one("dialog .merged")
+        self.assertEqual(merged.find_element(By.CSS_SELECTOR, ".why").text, "same path, found later")
+        self.assertEqual(self.facts(merged), {"Name": "Apple II", "Found by": "Other Search, level 2", "Source": "Other: 7"},
+                         "the path is the game's own")
+
+    def test_it_says_where_there_is_no_evidence(self):
+        self.explain("Birch")
+        self.assertEqual(self.texts("dialog .left-out"), ["No question of this strategy names the game."])
+        self.assertEqual(self.texts("dialog .merged"), [])
+
+    def test_a_click_on_the_card_opens_it_and_the_button_closes_it(self):
+        self.one(".card .path").click()
+        self.assertTrue(self.dialog.is_displayed())
+        self.one("dialog .close").click()
+        self.assertFalse(self.dialog.is_displayed())
+
+    def test_a_card_without_an_explanation_does_not_open(self):
+        self.browser.find_elements(By.CSS_SELECTOR, ".card")[2].click()
+        self.assertFalse(self.dialog.is_displayed())
+        self.assertEqual(len(self.browser.find_elements(By.CSS_SELECTOR, ".explain")), 2)
+
+    def test_selecting_a_cards_text_does_not_open_it(self):
+        path = self.one(".card .path")
+        ActionChains(self.browser).move_to_element(path).move_by_offset(-60, 0).click_and_hold().move_by_offset(40, 0).release().perform()
+        self.assertTrue(self.script("return getSelection().toString()"))
+        self.assertFalse(self.dialog.is_displayed())
+
+    def test_a_click_beside_it_closes_it(self):
+        self.explain("Apple")
+        ActionChains(self.browser).move_by_offset(5, 5).click().perform()
+        self.assertFalse(self.dialog.is_displayed())
+
+    def test_the_keyboard_opens_it_and_comes_back(self):
+        for key in (Keys.ENTER, Keys.SPACE):
+            button = self.one(".explain")
+            button.send_keys(key)
+            self.assertTrue(self.dialog.is_displayed())
+            self.assertEqual(self.script("return document.activeElement.closest('dialog') !== null"), True)
+            ActionChains(self.browser).send_keys(Keys.ESCAPE).perform()
+            self.assertFalse(self.dialog.is_displayed())
+            self.assertEqual(self.browser.switch_to.active_element, button)
+
+    def test_escape_closes_it_and_leaves_the_search_alone(self):
+        self.search("apple")
+        self.explain("Apple")
+        ActionChains(self.browser).send_keys(Keys.ESCAPE).perform()
+        self.assertFalse(self.dialog.is_displayed())
+        self.assertEqual(self.names(), ["Apple"])
+
+    def test_it_fits_small_screens(self):
+        for width, height in ((320, 480), (400, 800)):
+            chromium.show(self.browser, GAMES, width, height)
+            self.script("document.querySelector('.explain').click()")
+            left, right, top, bottom = self.script("const r = document.querySelector('dialog').getBoundingClientRect();"
+                                                   "return [r.left, r.right, r.top, r.bottom]")
+            self.assertTrue(left >= 0 and right <= width and top >= 0 and bottom <= height, (left, right, top, bottom))
+            self.assertTrue(self.one("dialog .close").is_displayed())
+
+    def test_every_game_of_the_real_page_is_explained(self):
+        data = chromium.data_of(GAMES)
+        for item in data["items"]:
+            told = item["explanation"]
+            self.assertEqual(told["strategy"], item["detail"])
+            self.assertTrue(told["source"], item["name"])
+            self.assertTrue(any(asked["ok"] for asked in told["evidence"]), item["name"])
+            self.assertLessEqual(len(told["evidence"]), 12)
+        merged = sum(len(item["explanation"]["merged"]) for item in data["items"])
+        self.assertEqual(merged, data["report"]["raw"] - data["report"]["unique"])
+
+    def test_the_real_page_tells_of_both_ways_of_merging(self):
+        merged = {item["name"]: [one["why"] for one in item["explanation"]["merged"]] for item in chromium.data_of(GAMES)["items"]}
+        self.assertEqual(merged["Ivory Compass"], ["same path, found later"])
+        self.assertEqual(merged["Brasswater"], ["same Steam app id 9000010, source of rank 1 below 3"])
 
 
 class Access(Page):
@@ -493,10 +728,23 @@ class Access(Page):
                         self.open(path, scheme=scheme, width=width)
                         self.open_report()
                         self.script(source)
-                        result = self.browser.execute_async_script("axe.run().then(arguments[0])")
-                        self.assertGreater(len(result["passes"]), 20)
-                        self.assertEqual([(violation["id"], [node["html"] for node in violation["nodes"]][:3])
-                                          for violation in result["violations"]], [])
+                        self.expect_no_violations()
+                        self.script("document.querySelector('.explain')?.click()")
+                        self.expect_no_violations()
+
+    def test_axe_accepts_failures_too(self):
+        for scheme in ("light", "dark"):
+            self.open_data(page_data([game("A")], report=report_of(
+                strategy("Bad Search", ["x"], [("y", 2)], [question("z")], failure="CRITICAL", found=0))), scheme=scheme)
+            self.open_report()
+            self.script(pathlib.Path(AXE).read_text(encoding="utf-8"))
+            self.expect_no_violations()
+
+    def expect_no_violations(self):
+        result = self.browser.execute_async_script("axe.run().then(arguments[0])")
+        self.assertGreater(len(result["passes"]), 15)
+        self.assertEqual([(violation["id"], [node["html"] for node in violation["nodes"]][:3])
+                          for violation in result["violations"]], [])
 
     def tab_through(self, count):
         """What the key goes to, each with the style of its outline and whether it is in sight."""
@@ -512,14 +760,14 @@ class Access(Page):
         for width in (400, 920, 1280):
             self.open(GAMES, width=width, height=700)
             wanted = self.script(
-                "return [...document.querySelectorAll('input, select, button, a, #report > summary')].map(e => e.outerHTML)")
+                "return [...document.querySelectorAll('input, select, button, a, summary')].map(e => e.outerHTML)")
             reached = list(self.tab_through(len(wanted)))
             self.assertEqual([html for html, _, _ in reached], wanted)
             self.assertEqual([html for html, outline, seen in reached if outline == "none" or not seen], [])
 
     def test_the_header_hides_nothing_that_the_keyboard_goes_back_to(self):
         self.open(GAMES, height=500)
-        links = self.browser.find_elements(By.CSS_SELECTOR, "a.launch")
+        links = self.browser.find_elements(By.CSS_SELECTOR, "a.launch, .explain")
         self.script("arguments[0].focus()", links[-1])
         for link in reversed(links[:-1]):
             ActionChains(self.browser).key_down(Keys.SHIFT).send_keys(Keys.TAB).key_up(Keys.SHIFT).perform()
@@ -538,8 +786,12 @@ class Access(Page):
 class ManyItems(Page):
     def setUp(self):
         lines = [f"[Search] line {i}" for i in range(20000)]
-        items = [game(f"Game {i}", group=f"Launcher {i % 12}", path=f"C:\\Games\\{i}.exe") for i in range(2000)]
-        self.open_data(page_data(items, report=report_of(strategy("Search", lines))))
+        told = explanation(evidence=[question(f"look for C:\\Games\\{i}.exe", "file") for i in range(12)])
+        items = [game(f"Game {i}", group=f"Launcher {i % 12}", path=f"C:\\Games\\{i}.exe", explanation=told) for i in range(5000)]
+        asked = [question(f"look for C:\\Games\\{i}.exe", "file") for i in range(200)]
+        reasons = [(f"C:\\Games\\{i}.exe doesn't exist", 1) for i in range(200)]
+        self.open_data(page_data(items, report=report_of(*[
+            strategy(f"Search {i}", lines, reasons, asked, asked=50000, missed=40000, reasonsLeftOut=39800) for i in range(23)])))
         self.script("""
             window.changes = [];
             new MutationObserver(records => changes.push(...records.map(record => record.type)))
@@ -551,20 +803,31 @@ class ManyItems(Page):
 
     def test_a_search_touches_only_the_cards_that_come_and_go(self):
         self.search("199")
-        self.assertEqual(self.one("#count").text, "12 of 2000")
-        self.assertLessEqual(self.changes().get("attributes", 0), 2 * 2000)
+        self.assertEqual(self.one("#count").text, "15 of 5000")
+        self.assertLessEqual(self.changes().get("attributes", 0), 2 * 5000)
         self.one("#search").send_keys("9")
         self.assertEqual(self.names(), ["Game 1999"])
-        self.assertEqual(self.changes(), {"attributes": 11})
+        self.assertEqual(self.changes(), {"attributes": 14})
 
     def test_sorting_moves_each_card_once(self):
         self.sort("Launcher")
         self.assertEqual(self.names()[:2], ["Game 0", "Game 12"])
-        self.assertLessEqual(self.changes()["childList"], 2 * 2000 + 1)
+        self.assertLessEqual(self.changes()["childList"], 2 * 5000 + 1)
 
     def test_what_is_out_of_sight_is_not_laid_out(self):
         self.assertEqual(self.script("return getComputedStyle(document.querySelector('.card')).contentVisibility"), "auto")
-        self.assertEqual(self.browser.find_elements(By.CSS_SELECTOR, ".log li"), [])
+        self.assertEqual(self.browser.find_elements(By.CSS_SELECTOR, ".more, .question, .reason, .log li"), [])
+
+    def test_a_section_of_many_questions_opens_to_a_short_text(self):
+        self.one(".strategy summary").click()
+        self.settle()
+        self.assertEqual(len(self.browser.find_elements(By.CSS_SELECTOR, ".reason")), 5)
+        self.assertEqual(self.texts(".more summary"), ["39,995 more reasons", "50,000 questions", "20,000 log lines"])
+        self.assertEqual(self.browser.find_elements(By.CSS_SELECTOR, ".question, .log li"), [])
+
+    def test_an_explanation_is_made_for_the_game_that_is_asked_for(self):
+        self.explain("Game 7")
+        self.assertEqual(len(self.browser.find_elements(By.CSS_SELECTOR, ".question")), 12)
 
 
 if __name__ == "__main__":

@@ -1,16 +1,24 @@
 #include "host/html_page.h"
 
+#include "core/scan_json.h"
+#include "desktop/description.h"
 #include "desktop/icon_image.h"
 #include "foundation/com_scope.h"
 #include "foundation/owner.h"
 #include "foundation/text.h"
 #include "host/icon_scaling.h"
+#include "host/page/report_data.h"
 #include "inventory/png.h"
 #include "support/png_pixels.h"
+#include "support/source_folder.h"
 
 #include <gmock/gmock.h>
 
+#include <nlohmann/json.hpp>
+
+#include <fstream>
 #include <functional>
+#include <string_view>
 
 namespace tarnwick::host {
 namespace {
@@ -28,6 +36,110 @@ TEST(HostHtmlPage, NamesCanNotEndTheScriptTheyStandIn) {
 
 TEST(HostHtmlPage, BytesThatAreNoUtf8AreReplaced) {
   EXPECT_THAT(GamesPage({{"\xFF", "", "", "", "", ""}}, {}), HasSubstr("\"name\":\"\xEF\xBF\xBD\""));
+}
+
+ObservedScan ScanOf(const std::string& text) {
+  StrategyRun run{{text, 3, nullptr}, {}, {}, {}, text};
+  run.results.push_back({text, "C:\\a.exe", "", text, "", true, 0, ""});
+  run.heard.push_back(
+      {{QuestionKind::kAttributes, "C:\\a.exe", "", RegistryView::kNative, text}, {true, text}, 0});
+  run.heard.push_back({{QuestionKind::kAttributes, text, "", RegistryView::kNative, text}, {false, text}, 0});
+  ObservedScan scan;
+  scan.runs = {run, run};
+  scan.all = {run.results[0], run.results[0]};
+  scan.unique = {run.results[0]};
+  return scan;
+}
+
+TEST(HostHtmlPage, NoTextOfAScanCanEndTheScriptItStandsIn) {
+  constexpr char kBad[] = "</script><b>";
+  const std::string page =
+      GamesPage({{"A", "C:\\a.exe", "", "", "", ""}}, ScanOf(kBad), {56, false, kBad, kBad});
+  EXPECT_THAT(page, HasSubstr("\\u003c/script>\\u003cb>"));
+  EXPECT_THAT(page, Not(HasSubstr(kBad)));
+}
+
+TEST(HostHtmlPage, BytesOfAScanThatAreNoUtf8AreReplaced) {
+  EXPECT_THAT(GamesPage({{"A", "", "", "", "", ""}}, ScanOf("\xFF")),
+              HasSubstr("\"source\":\"\xEF\xBF\xBD\""));
+}
+
+nlohmann::json DataOf(const std::string& page) {
+  constexpr std::string_view kBegin = "id=\"data\">";
+  const size_t begin = page.find(kBegin) + kBegin.size();
+  return nlohmann::json::parse(page.substr(begin, page.find("</script>", begin) - begin));
+}
+
+TEST(HostHtmlPage, AGameIsExplained) {
+  const auto item =
+      DataOf(GamesPage({{"A", "C:\\a.exe", "", "", "", ""}}, ScanOf("Some Search")))["items"][0];
+  EXPECT_EQ(item["detail"], "Some Search");
+  EXPECT_EQ(item["explanation"],
+            nlohmann::json::parse(R"({"strategy": "Some Search", "level": 3, "source": "Some Search",
+    "evidence": [{"text": "look for C:\\a.exe", "answer": "Some Search", "ok": true},
+                 {"text": "Some Search doesn't exist", "answer": "", "ok": false}],
+    "merged": [{"name": "Some Search", "path": "C:\\a.exe", "source": "Some Search", "strategy": "Some Search", "level": 3,
+                "why": "same path, found later"}]})"));
+}
+
+TEST(HostHtmlPage, TheReportTellsOfEachStrategy) {
+  ObservedScan scan = ScanOf("Some Search");
+  scan.report.strategies = {{"Some Search", 3, true, true, 1, 2.5, {"a line"}}};
+  const auto report = DataOf(GamesPage({}, scan, {56, true, "C:\\games.xml", "today"}))["report"];
+  EXPECT_EQ(report["catalogueFile"], "C:\\games.xml");
+  EXPECT_EQ(report["began"], "today");
+  EXPECT_EQ(report["raw"], 2);
+  EXPECT_EQ(report["unique"], 1);
+  EXPECT_EQ(report["strategies"][0],
+            nlohmann::json::parse(R"({"name": "Some Search", "level": 3, "records": 0, "found": 1,
+    "failure": "Some Search", "milliseconds": 2.5, "lines": ["a line"], "asked": 2, "missed": 1,
+    "reasons": [{"text": "Some Search doesn't exist", "count": 1}], "reasonsLeftOut": 0,
+    "kinds": [{"name": "attributes", "asked": 2, "missed": 1}],
+    "questions": [{"text": "look for C:\\a.exe", "answer": "Some Search", "ok": true},
+                  {"text": "Some Search doesn't exist", "answer": "", "ok": false}]})"));
+}
+
+TEST(HostHtmlPage, OfManyQuestionsTheFirstStandInThePageAndAllAreCounted) {
+  ObservedScan scan = ScanOf("Some Search");
+  scan.runs.resize(1);
+  for (int i = 0; i < 50000; ++i) {
+    scan.runs[0].heard.push_back(
+        {{QuestionKind::kAttributes, std::to_string(i), "", RegistryView::kNative, ""}, {}, 0});
+  }
+  const std::string page = GamesPage({}, scan);
+  const auto strategy = DataOf(page)["report"]["strategies"][0];
+  EXPECT_EQ(strategy["asked"], 50002);
+  EXPECT_EQ(strategy["missed"], 50001);
+  EXPECT_EQ(strategy["questions"].size(), kMostQuestions);
+  EXPECT_EQ(strategy["reasons"].size(), kMostReasons);
+  EXPECT_EQ(strategy["reasonsLeftOut"], 50001 - kMostReasons);
+  EXPECT_LT(page.size(), 200000u);
+}
+
+class HostHtmlPageOfAScan : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::ifstream file(tests::SourceFolder() + "/desktop/samples/sample-desktop.json", std::ios::binary);
+    ApplyDescription(desktop_, {std::istreambuf_iterator<char>(file), {}});
+  }
+
+  desktop::Desktop desktop_;
+};
+
+TEST_F(HostHtmlPageOfAScan, ExplainsEachGameByTheStrategyThatFoundIt) {
+  const ObservedScan scan = ObserveScan(R"(C:\TarnwickDemo\MasterGameList.xml)", {});
+  const ComScope com;
+  const auto data = DataOf(GamesPage(GamesFromJson(WriteScanJson(scan.unique), scan.report), scan));
+  ASSERT_EQ(data["items"].size(), scan.unique.size());
+  ASSERT_GT(scan.unique.size(), 30u);
+  for (size_t i = 0; i < scan.unique.size(); ++i) {
+    const auto& item = data["items"][i];
+    EXPECT_EQ(item["name"], scan.unique[i].name);
+    EXPECT_EQ(item["explanation"]["source"], scan.unique[i].source);
+    EXPECT_EQ(item["explanation"]["strategy"], item["detail"]);
+    EXPECT_FALSE(item["explanation"]["evidence"].empty()) << item["name"];
+  }
+  EXPECT_EQ(data["report"]["strategies"].size(), scan.runs.size());
 }
 
 TEST(HostHtmlPage, ApplicationsHaveNoReport) {
