@@ -67,3 +67,35 @@ warm_wine() {
   start_display
   wineserver -p
 }
+
+# Wine links some of a user's folders to those of this machine. What is built in a prefix that keeps apart from it stays
+# there.
+cut_links_out_of_wine() {
+  local link
+  find "$WINEPREFIX/drive_c" -type l -print0 | while IFS= read -r -d '' link; do
+    rm "$link"
+    mkdir "$link"
+  done
+}
+
+# give_wine_drives LETTERS: makes these drives, each a folder in the prefix. The root of this machine, which Wine shows as
+# Z:, moves to a free letter if Z: is wanted. Wine is told of its drives when it starts, so it starts anew.
+give_wine_drives() {
+  local letters=${1//c/} letter free place
+  [ -n "$letters" ] || return 0
+  for letter in $(fold -w1 <<<"$letters"); do
+    mkdir -p "$WINEPREFIX/drive_$letter"
+    ln -sfn "../drive_$letter" "$WINEPREFIX/dosdevices/$letter:"
+    wine reg add 'HKLM\Software\Wine\Drives' /v "$letter:" /d hd /f >/dev/null
+  done
+  if [[ $letters == *z* ]]; then
+    for free in y x w v u t s r q p o n m l k j i h g f e d; do
+      if [[ $letters != *$free* ]]; then break; fi
+    done
+    place=$WINEPREFIX/dosdevices/$free:
+    ln -sfn / "$place"
+  fi
+  wineserver -k || true
+  wineserver -w || true
+  wineserver -p
+}
