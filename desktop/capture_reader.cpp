@@ -32,7 +32,7 @@ struct Reading {
   Capture capture;
 };
 
-std::string Shown(const std::string& text) { return "'" + text + "' "; }
+std::string Shown(const std::string& text) { return "'" + OneLine(text, 200) + "' "; }
 
 void Refuse(const Node& node, const std::string& text, const std::string& fault) {
   if (!fault.empty()) Fail(node, Shown(text) + fault);
@@ -76,7 +76,8 @@ void RefuseFilesAsFolders(const Reading& reading, const std::map<std::string, st
   for (const auto& [path, place] : places)
     for (size_t end = path.find('\\', 3); end != std::string::npos; end = path.find('\\', end + 1)) {
       const auto file = reading.files.find(path.substr(0, end));
-      if (file != reading.files.end()) throw JsonError("at " + place + ": lies below the file at " + file->second);
+      if (file != reading.files.end())
+        throw JsonError("at " + place + ": lies below the file at " + file->second);
     }
 }
 
@@ -168,8 +169,7 @@ void RequireCatalogue(const Reading& reading, const Node& head) {
 // keys
 
 std::string ValueBytes(const Node& node, uint32_t type) {
-  const size_t contents =
-      node.value->count("text") + node.value->count("number") + node.value->count("hex");
+  const size_t contents = node.value->count("text") + node.value->count("number") + node.value->count("hex");
   if (contents != 1) Fail(node, "needs one kind of content: text, number or hex");
   if (const auto text = Optional(node, "text")) {
     if (type != REG_SZ && type != REG_EXPAND_SZ) Fail(*text, "only types 1 and 2 have a text");
@@ -188,8 +188,7 @@ CapturedValue ReadValue(const Node& node) {
   value.name = TextMember(node, "name");
   if (value.name.size() > 16383 || value.name.find('\0') != std::string::npos)
     Fail(Member(node, "name"), "is no name of a value");
-  value.type =
-      static_cast<uint32_t>(Number(Member(node, "type"), std::numeric_limits<uint32_t>::max()));
+  value.type = static_cast<uint32_t>(Number(Member(node, "type"), std::numeric_limits<uint32_t>::max()));
   value.bytes = ValueBytes(node, value.type);
   if (value.bytes.size() > kLongestValue) Fail(node, "has more than a megabyte");
   return value;
@@ -333,9 +332,9 @@ struct Section {
   const char* name;
   void (*read)(Reading&, const Node&);
 };
-constexpr Section kSections[] = {{"capture", ReadHead},   {"keys", ReadKeys},       {"subfolders", ReadFolders},
-                                 {"data", ReadFiles},     {"programs", ReadPrograms}, {"missing", ReadMissing},
-                                 {"comment", ReadComment}};
+constexpr Section kSections[] = {
+    {"capture", ReadHead},      {"keys", ReadKeys},       {"subfolders", ReadFolders}, {"data", ReadFiles},
+    {"programs", ReadPrograms}, {"missing", ReadMissing}, {"comment", ReadComment}};
 
 void RefuseUnknownSections(const Node& root) {
   for (const auto& [name, node] : Members(root)) {

@@ -36,9 +36,8 @@ std::string Joined(const Names& names) {
 size_t Units(const std::string& text) { return common::Wide(text).size(); }
 
 bool HasControls(const std::string& text) {
-  return std::any_of(text.begin(), text.end(), [](char byte) {
-    return static_cast<unsigned char>(byte) < ' ' || byte == '\x7F';
-  });
+  return std::any_of(text.begin(), text.end(),
+                     [](char byte) { return static_cast<unsigned char>(byte) < ' ' || byte == '\x7F'; });
 }
 
 // COM1 and its like are devices with any extension, and with the superscript digits too.
@@ -184,9 +183,8 @@ std::string VariableFault(const std::string& name) {
 }
 
 bool IsMachinesOwnVariable(const std::string& name) {
-  static const std::set<std::string> own = {"COMSPEC", "OS",     "PATH",      "PATHEXT",
-                                            "PSMODULEPATH", "SYSTEMDRIVE", "SYSTEMROOT", "TEMP",
-                                            "TMP",     "WINDIR"};
+  static const std::set<std::string> own = {"COMSPEC",     "OS",         "PATH", "PATHEXT", "PSMODULEPATH",
+                                            "SYSTEMDRIVE", "SYSTEMROOT", "TEMP", "TMP",     "WINDIR"};
   const std::string folded = Folded(name);
   return own.contains(folded) || folded.starts_with("WINE") || folded.starts_with("TARNWICK");
 }

@@ -14,6 +14,8 @@ void Require(const Node& node, bool holds, const std::string& wanted) {
 constexpr int kDeepest = 64;
 constexpr size_t kMostEvents = 4'000'000;
 
+constexpr size_t kLongest = 400;  // of each part of a message
+
 std::string FaultPlace(const std::string& text, size_t byte) {
   const std::string before = text.substr(0, byte == 0 ? 0 : byte - 1);
   const size_t line = 1 + static_cast<size_t>(std::count(before.begin(), before.end(), '\n'));
@@ -21,17 +23,6 @@ std::string FaultPlace(const std::string& text, size_t byte) {
   const std::string place =
       "line " + std::to_string(line) + ", column " + std::to_string(before.size() - lineStart + 1);
   return (byte > text.size() ? "it ends too early, at " : "at ") + place;
-}
-
-// Names and texts of the file stand in messages: of those of any length, with anything in them, a line is left.
-std::string OneLine(std::string text) {
-  constexpr size_t kLongest = 400;
-  for (char& byte : text)
-    if (static_cast<unsigned char>(byte) < ' ' || byte == '\x7F') byte = '?';
-  if (text.size() <= kLongest) return text;
-  size_t end = kLongest;
-  while ((static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
-  return text.substr(0, end) + "...";
 }
 
 int HexDigit(char digit) {
@@ -43,10 +34,20 @@ int HexDigit(char digit) {
 
 }  // namespace
 
+std::string OneLine(std::string text, size_t longest) {
+  for (char& byte : text)
+    if (static_cast<unsigned char>(byte) < ' ' || byte == '\x7F') byte = '?';
+  if (text.size() <= longest) return text;
+  size_t end = longest;
+  while ((static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
+  return text.substr(0, end) + "...";
+}
+
 Json ParseJson(const std::string& text) {
   size_t events = 0;
   const auto bounded = [&events](int depth, Json::parse_event_t, const Json&) {
-    if (depth > kDeepest) throw JsonError("the text is nested deeper than " + std::to_string(kDeepest) + " levels");
+    if (depth > kDeepest)
+      throw JsonError("the text is nested deeper than " + std::to_string(kDeepest) + " levels");
     if (++events > kMostEvents) throw JsonError("the text holds more than some million values");
     return true;
   };
@@ -58,7 +59,8 @@ Json ParseJson(const std::string& text) {
 }
 
 void Fail(const Node& node, const std::string& why) {
-  throw JsonError("at " + OneLine(node.place.empty() ? "/" : node.place) + ": " + OneLine(why));
+  throw JsonError("at " + OneLine(node.place.empty() ? "/" : node.place, kLongest) + ": " +
+                  OneLine(why, kLongest));
 }
 
 std::string Text(const Node& node) {

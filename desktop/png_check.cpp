@@ -3,13 +3,17 @@
 #include <zlib.h>
 
 #include <cstdint>
+#include <string_view>
 
 namespace tarnwick::desktop {
 namespace {
 
 constexpr size_t kSignatureLength = 8;
 constexpr size_t kChunkFrame = 12;  // length, type and sum
-constexpr size_t kMostPixelBytes = 256 * (256 * 8 + 1) + 4096;
+
+// 8 bits of red, green, blue and alpha, not interlaced: the form in which icons keep their pictures. Others are shown
+// with wrong colours, or not at all.
+constexpr std::string_view kForm("\x08\x06\x00\x00\x00", 5);
 
 uint32_t BigEndian(const std::string& bytes, size_t place) {
   uint32_t number = 0;
@@ -49,12 +53,15 @@ Picture ReadChunks(const std::string& bytes) {
   return picture;
 }
 
-bool PixelsUnpack(const std::string& packed) {
-  std::string pixels(kMostPixelBytes, '\0');
+bool PixelsUnpack(const std::string& packed, size_t size) {
+  // A row has a byte for its filter. One byte more shows whether there are too many.
+  const size_t wanted = size * (1 + 4 * size);
+  std::string pixels(wanted + 1, '\0');
   uLongf length = static_cast<uLongf>(pixels.size());
   return uncompress(reinterpret_cast<Bytef*>(pixels.data()), &length,
                     reinterpret_cast<const Bytef*>(packed.data()),
-                    static_cast<uLong>(packed.size())) == Z_OK;
+                    static_cast<uLong>(packed.size())) == Z_OK &&
+         length == wanted;
 }
 
 }  // namespace
@@ -68,7 +75,9 @@ std::string PngFault(const std::string& bytes, int size) {
   if (width != static_cast<uint32_t>(size) || height != width)
     return "is a picture of " + std::to_string(width) + " by " + std::to_string(height) + " pixels, not of " +
            std::to_string(size);
-  return PixelsUnpack(picture.packed) ? "" : "is a PNG picture whose pixels can't be unpacked";
+  if (picture.header.substr(8) != kForm)
+    return "is no PNG picture of red, green, blue and alpha, 8 bits each";
+  return PixelsUnpack(picture.packed, width) ? "" : "is a PNG picture whose pixels can't be unpacked";
 }
 
 }  // namespace tarnwick::desktop

@@ -5,8 +5,8 @@
 
 namespace tarnwick::desktop {
 
-// Why the bytes are no whole PNG picture of `size` pixels both ways; nothing if they are one. Checks the
-// chunks with their sums and that the pixels can be unpacked, not the pixels themselves.
+// Why the bytes are no whole PNG picture of `size` pixels both ways; nothing if they are one. Icons
+// have 8 bits of red, green, blue and alpha, not interlaced: no other form will do.
 std::string PngFault(const std::string& bytes, int size);
 
 }  // namespace tarnwick::desktop

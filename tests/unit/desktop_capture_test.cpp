@@ -1,5 +1,6 @@
 // A captured machine is checked whole, then built, then taken away.
 #include "common/wide_text.h"
+#include "desktop/bytes.h"
 #include "desktop/description.h"
 #include "desktop/desktop.h"
 #include "desktop/icon_image.h"
@@ -182,7 +183,7 @@ TEST(DesktopCapture, KeepsAFolderFromBeingListed) {
   const std::string locked = kFolder + R"(\Locked é)";
   std::error_code error;
   std::filesystem::directory_iterator listing(Wide(locked), error);
-  EXPECT_EQ(error.value(), ERROR_SHARING_VIOLATION);
+  EXPECT_EQ(error, std::errc::permission_denied);
   EXPECT_TRUE(Exists(locked));
   EXPECT_EQ(Content(locked + R"(\a.txt)"), "inside");
   desktop.Remove();
@@ -467,6 +468,39 @@ std::string PictureRefusal(const std::string& picture, int size = 16) {
                              std::to_string(size) + R"(, "png": ")" + Base64(picture) + R"("}]}]}])"));
 }
 
+// A chunk with the sum of its bytes.
+std::string Chunk(const std::string& type, const std::string& data) {
+  uint32_t sum = 0xFFFFFFFF;
+  for (const char byte : type + data) {
+    sum ^= static_cast<unsigned char>(byte);
+    for (int bit = 0; bit < 8; ++bit) sum = (sum >> 1) ^ ((sum & 1) != 0 ? 0xEDB88320 : 0);
+  }
+  std::string chunk;
+  AppendBigEndian32(chunk, static_cast<uint32_t>(data.size()));
+  chunk += type + data;
+  AppendBigEndian32(chunk, ~sum);
+  return chunk;
+}
+
+// Zeros, packed without being made shorter, in pieces as long as the form allows.
+std::string Stored(size_t length) {
+  std::string packed = "\x78\x01";
+  const uint32_t sum = static_cast<uint32_t>(length % 65521) << 16 | 1;
+  for (size_t piece = 0; length > 0; length -= piece) {
+    piece = std::min<size_t>(length, 0xFFFF);
+    AppendByte(packed, piece == length ? 1 : 0);
+    Append16(packed, static_cast<unsigned>(piece));
+    Append16(packed, ~static_cast<unsigned>(piece));
+    packed.append(piece, '\0');
+  }
+  AppendBigEndian32(packed, sum);
+  return packed;
+}
+
+std::string Picture(const std::string& header, size_t pixelBytes) {
+  return "\x89PNG\r\n\x1A\n" + Chunk("IHDR", header) + Chunk("IDAT", Stored(pixelBytes)) + Chunk("IEND", "");
+}
+
 TEST(DesktopCapture, RefusesPicturesThatAreNone) {
   const std::string good = PngBytes(16, 0x334455);
   const std::string place = "at /programs/0/icons/0/images/0/png: ";
@@ -478,6 +512,16 @@ TEST(DesktopCapture, RefusesPicturesThatAreNone) {
   std::string spoilt = good;
   spoilt[good.find("IDAT") + 6] ^= 1;
   EXPECT_EQ(PictureRefusal(spoilt), place + "is a PNG picture that is damaged or cut");
+  // Each of these has sums that fit: a palette of colours, and rows that are too few.
+  const std::string header = std::string("\0\0\0\x10\0\0\0\x10\x08", 9);
+  EXPECT_EQ(PictureRefusal(Picture(header + std::string("\3\0\0\0", 4), 16 * 65)),
+            place + "is no PNG picture of red, green, blue and alpha, 8 bits each");
+  const std::string form = std::string("\6\0\0\0", 4);
+  EXPECT_EQ(PictureRefusal(Picture(header + form, 15 * 65)),
+            place + "is a PNG picture whose pixels can't be unpacked");
+  EXPECT_EQ(PictureRefusal(Picture(header + form, 1'000'000)),
+            place + "is a PNG picture whose pixels can't be unpacked");
+  EXPECT_EQ(PictureRefusal(Picture(header + form, 16 * 65)), "nothing thrown");
   EXPECT_EQ(PictureRefusal(good, 32), place + "is a picture of 16 by 16 pixels, not of 32");
 }
 
@@ -490,7 +534,7 @@ TEST(DesktopCapture, RefusesTextsThatWouldTakeAllMemory) {
 
 TEST(DesktopCapture, ShortensAndTidiesWhatAMessageRepeats) {
   const std::string refusal = PathRefusal("C:\\a\n\x1b[31m" + std::string(100'000, 'x') + "\\..\\b");
-  EXPECT_THAT(refusal, AllOf(HasSubstr("at /data/1/path: 'C:\\a??[31mxxx"), HasSubstr("...")));
+  EXPECT_THAT(refusal, AllOf(HasSubstr("at /data/1/path: 'C:\\a??[31mxxx"), HasSubstr("xxx...' has ")));
   EXPECT_THAT(Refusal(R"({"capture": {"version": 1}, ")" + std::string(100'000, 'x') + R"(": 1})"),
               HasSubstr("no section 'xxx"));
 }
@@ -531,7 +575,7 @@ TEST(DesktopDescription, HoldsFoldersThatCannotBeListed) {
   const Desktop desktop = Build(R"({"heldFolders": ["C:\\TarnwickTest\\Capture\\Held\\"]})");
   std::error_code error;
   std::filesystem::directory_iterator listing(Wide(kFolder + R"(\Held)"), error);
-  EXPECT_EQ(error.value(), ERROR_SHARING_VIOLATION);
+  EXPECT_EQ(error, std::errc::permission_denied);
 }
 
 }  // namespace
