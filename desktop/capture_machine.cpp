@@ -30,6 +30,14 @@ std::string WindowsFolder() {
   return Folded(common::Narrow(folder));
 }
 
+// Empty if there is no such thing.
+std::string LongNameOf(const std::string& path) {
+  std::wstring found(32768, L'\0');
+  found.resize(GetLongPathNameW(LongPath(path).c_str(), found.data(), static_cast<DWORD>(found.size())));
+  constexpr size_t kPrefix = 4;  // of a long path
+  return found.size() < kPrefix ? "" : common::Narrow(found.substr(kPrefix));
+}
+
 bool IsLink(const std::string& path) {
   const DWORD attributes = GetFileAttributesW(LongPath(path).c_str());
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
@@ -57,6 +65,15 @@ std::string PlaceFault(const std::string& path) {
     if (IsLink(path.substr(0, end))) return "leads out through the link '" + path.substr(0, end) + "'";
     if (end == std::string::npos) return {};
   }
+}
+
+std::string WithLongNames(const std::string& path) {
+  if (path.find('~') == std::string::npos) return path;
+  for (size_t end = path.size(); end != std::string::npos && end > 3; end = path.rfind('\\', end - 1)) {
+    const std::string found = LongNameOf(path.substr(0, end));
+    if (!found.empty()) return found + path.substr(end);
+  }
+  return path;
 }
 
 }  // namespace tarnwick::desktop

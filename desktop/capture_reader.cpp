@@ -22,6 +22,7 @@ constexpr uint64_t kLargestSize = uint64_t{1} << 40;  // of a file; only zeros a
 constexpr size_t kLongestValue = 1 << 20;
 constexpr int64_t kFirstTime = -11644473600;  // the year 1601, where Windows' times begin
 constexpr int64_t kLastTime = 253402300799;   // the end of the year 9999
+constexpr size_t kMostPictures = 4096;        // of one program
 constexpr size_t kLongestVersions = 0xFFFF;   // a block of a version resource has 16 bits for its length
 
 // What is known of the machine when its sections are read.
@@ -42,8 +43,10 @@ std::string AllowedPath(const Reading& reading, const Node& node) {
   const std::string told = Text(node);
   const std::string path = TidyPath(told);
   Refuse(node, told, PathFault(path, reading.drives));
-  Refuse(node, told, PlaceFault(path));
-  return path;
+  const std::string found = WithLongNames(path);
+  Refuse(node, told, PathFault(found, reading.drives));
+  Refuse(node, told, PlaceFault(found));
+  return found;
 }
 
 void RefuseTwice(const Node& node, const std::string& path, const std::map<std::string, std::string>& places,
@@ -300,11 +303,19 @@ void RequireShortVersions(const Node& item, const std::vector<VersionStrings>& v
     Fail(Member(item, "versions"), "has more texts than a version resource can hold");
 }
 
+// The resources of a program are counted in 16 bits.
+void RequireFewPictures(const Node& item, const std::vector<IconGroup>& icons) {
+  size_t count = 0;
+  for (const IconGroup& icon : icons) count += icon.images.size();
+  if (count > kMostPictures) Fail(Member(item, "icons"), "has more than 4096 pictures");
+}
+
 ExecutableOptions ReadOptions(const Node& item) {
   ExecutableOptions options;
   for (const Node& node : ItemsMember(item, "versions")) options.versions.push_back(ReadVersionTexts(node));
   if (!options.versions.empty()) RequireShortVersions(item, options.versions);
   for (const Node& node : ItemsMember(item, "icons")) options.icons.push_back(ReadIcon(node));
+  if (!options.icons.empty()) RequireFewPictures(item, options.icons);
   if (const auto size = Optional(item, "size")) options.size = Number(*size, kLargestSize);
   return options;
 }

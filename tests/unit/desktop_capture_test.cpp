@@ -316,6 +316,29 @@ TEST(DesktopCapture, RefusesTheSystemsOwnFolders) {
   EXPECT_TRUE(Exists(R"(C:\Windows\Installer\{Tarnwick}\i.ico)"));
 }
 
+TEST(DesktopCapture, KnowsTheSystemsFoldersByTheirShortNamesToo) {
+  Desktop desktop;
+  desktop.Folder(kFolder + R"(\Start Menu)");
+  wchar_t shortName[MAX_PATH] = {};
+  GetShortPathNameW(Wide(kFolder + R"(\Start Menu)").c_str(), shortName, MAX_PATH);
+  const std::string path = common::Narrow(shortName);
+  if (path.find('~') == std::string::npos) GTEST_SKIP() << "this drive keeps no short names";
+  EXPECT_THAT(PathRefusal(path + R"(\new folder~1\a.bat)"), HasSubstr("lies in a Start menu"));
+}
+
+TEST(DesktopCapture, RefusesMorePicturesAndTextsThanAProgramCanHold) {
+  std::string many = IconJson(1, 0);
+  for (int picture = 0; picture < 4096; ++picture) many += ", " + IconJson(1, 0);
+  EXPECT_THAT(
+      Refusal(CaptureText(R"("programs": [{"path": "C:\\T\\a", "icons": [{"images": [)" + many + "]}]}]")),
+      HasSubstr("at /programs/0/icons: has more than 4096 pictures"));
+  EXPECT_THAT(
+      Refusal(CaptureText(
+          R"("programs": [{"path": "C:\\T\\a", "versions": [{"language": 1, "codePage": 1, "values": {"a": ")" +
+          std::string(40'000, 'a') + R"("}}]}])")),
+      HasSubstr("at /programs/0/versions: has more texts"));
+}
+
 TEST(DesktopCapture, RefusesToWriteThroughLinks) {
   Desktop desktop;
   desktop.Folder(kFolder + R"(\Target)");
@@ -534,7 +557,7 @@ TEST(DesktopCapture, RefusesTextsThatWouldTakeAllMemory) {
 
 TEST(DesktopCapture, ShortensAndTidiesWhatAMessageRepeats) {
   const std::string refusal = PathRefusal("C:\\a\n\x1b[31m" + std::string(100'000, 'x') + "\\..\\b");
-  EXPECT_THAT(refusal, AllOf(HasSubstr("at /data/1/path: 'C:\\a??[31mxxx"), HasSubstr("xxx...' has ")));
+  EXPECT_THAT(refusal, AllOf(HasSubstr("at /data/1/path: 'C:\\a??[31mxxx"), HasSubstr("xxx...' is too long")));
   EXPECT_THAT(Refusal(R"({"capture": {"version": 1}, ")" + std::string(100'000, 'x') + R"(": 1})"),
               HasSubstr("no section 'xxx"));
 }
