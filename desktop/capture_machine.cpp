@@ -33,9 +33,9 @@ std::string WindowsFolder() {
 // Empty if there is no such thing.
 std::string LongNameOf(const std::string& path) {
   std::wstring found(32768, L'\0');
-  found.resize(GetLongPathNameW(LongPath(path).c_str(), found.data(), static_cast<DWORD>(found.size())));
-  constexpr size_t kPrefix = 4;  // of a long path
-  return found.size() < kPrefix ? "" : common::Narrow(found.substr(kPrefix));
+  // Wine leaves a path with the prefix of long ones as it is.
+  found.resize(GetLongPathNameW(common::Wide(path).c_str(), found.data(), static_cast<DWORD>(found.size())));
+  return common::Narrow(found);
 }
 
 bool IsLink(const std::string& path) {

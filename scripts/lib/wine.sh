@@ -78,23 +78,36 @@ cut_links_out_of_wine() {
   done
 }
 
-# give_wine_drives LETTERS: makes these drives, each a folder in the prefix. The root of this machine, which Wine shows as
-# Z:, moves to a free letter if Z: is wanted. Wine is told of its drives when it starts, so it starts anew.
+# The drive that shows the root of this machine.
+wine_root=z:
+
+# as_windows_path PATH: an absolute path of this machine's, for a program under Wine.
+as_windows_path() { printf '%s' "$wine_root${1//\//\\}"; }
+
+# The root of this machine moves to a letter that is none of these.
+move_wine_root() {
+  local free
+  for free in y x w v u t s r q p o n m l k j i h g f e d; do
+    if [[ $1 != *$free* ]]; then break; fi
+  done
+  ln -sfn / "$WINEPREFIX/dosdevices/$free:"
+  wine_root=$free:
+}
+
+# give_wine_drives LETTERS: makes these drives, each a folder in the prefix. Wine is told of its drives when it starts, so
+# it starts anew.
 give_wine_drives() {
-  local letters=${1//c/} letter free place
+  local letters=${1//c/} letter place
   [ -n "$letters" ] || return 0
+  if [[ $letters == *z* ]]; then move_wine_root "$letters"; fi
   for letter in $(fold -w1 <<<"$letters"); do
     mkdir -p "$WINEPREFIX/drive_$letter"
-    ln -sfn "../drive_$letter" "$WINEPREFIX/dosdevices/$letter:"
+    place=$WINEPREFIX/dosdevices/$letter:
+    ln -sfn "../drive_$letter" "$place"
+  done
+  for letter in $(fold -w1 <<<"$letters"); do
     wine reg add 'HKLM\Software\Wine\Drives' /v "$letter:" /d hd /f >/dev/null
   done
-  if [[ $letters == *z* ]]; then
-    for free in y x w v u t s r q p o n m l k j i h g f e d; do
-      if [[ $letters != *$free* ]]; then break; fi
-    done
-    place=$WINEPREFIX/dosdevices/$free:
-    ln -sfn / "$place"
-  fi
   wineserver -k || true
   wineserver -w || true
   wineserver -p
