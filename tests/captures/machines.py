@@ -15,9 +15,18 @@ HERE = pathlib.Path(__file__).resolve().parent
 ICON_HEAD = "data:image/png;base64,"
 
 
+root = "Z:"  # the drive that shows the whole of this machine to Wine
+
+
+def windows_text(argument):
+    if isinstance(argument, pathlib.PurePosixPath):
+        return root + str(argument).replace("/", "\\")
+    return argument
+
+
 def run(program, *arguments):
     """What the program printed. A failure is told in its own words."""
-    result = start(program, *arguments)
+    result = start(program, *map(windows_text, arguments))
     if result.returncode != 0:
         raise AssertionError(f"{program} {arguments} ended with {result.returncode}: "
                              f"{result.stderr.decode(errors='replace')}")
