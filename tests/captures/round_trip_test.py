@@ -118,11 +118,12 @@ class RoundTrip(unittest.TestCase):
         with tempfile.TemporaryDirectory() as name:
             folder = pathlib.Path(name)
             wanted, capture = self.captured(folder, *descriptions)
+            machine = json.loads(capture.read_text(encoding="utf-8"))
             self.assertGreaterEqual(len(wanted["scan"]), least_games)
             with second_machine(capture), standing(folder, capture):
                 answers = machines.answers(TARNWICK, machines.catalogue_of(capture))
         self.assertEqual(without_user(answers), without_user(wanted))
-        return wanted
+        return wanted, machine
 
     def test_the_sample_desktop(self):
         self.check_round_trip(SAMPLE, least_games=35)
@@ -132,9 +133,11 @@ class RoundTrip(unittest.TestCase):
         with tempfile.TemporaryDirectory() as name:
             description = pathlib.Path(name) / "everything.json"
             description.write_text(json.dumps(merged(SAMPLE, PARTS / "oddities.json")), encoding="utf-8")
-            answers = self.check_round_trip(PARTS / "user.json", description, least_games=40)
+            answers, capture = self.check_round_trip(PARTS / "user.json", description, least_games=40)
         places = [game["loc"] for game in answers["scan"]]
         self.assertTrue(any("Zoë Müß" in place for place in places), places)
+        refused = [folder["path"] for folder in capture["subfolders"] if folder.get("refused")]
+        self.assertEqual(refused, [r"C:\ProgramData\Riot Games\Metadata\held.live"])
         self.assertTrue({"Narrow", "Locked"} <= {game["name"] for game in answers["scan"]})
 
 
