@@ -6,6 +6,8 @@ export WINEDEBUG=${WINEDEBUG:--all}
 # Nobody is there to answer whether Mono and Gecko should be installed, and menus belong to no desktop here.
 export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
 export WINEARCH=win64
+# Where the texts of this machine aren't UTF-8, Wine can give no file a name beyond ASCII.
+if [ "$(locale charmap 2>/dev/null)" != UTF-8 ]; then export LC_ALL=C.UTF-8; fi
 # The prefix is ours alone, so tests and the desktop builder may write its registry and its drive C:.
 export TARNWICK_THROWAWAY_MACHINE=1
 
@@ -82,7 +84,7 @@ cut_links_out_of_wine() {
 wine_root=z:
 
 # as_windows_path PATH: an absolute path of this machine's, for a program under Wine.
-as_windows_path() { printf '%s' "$wine_root${1//\//\\}"; }
+as_windows_path() { printf '%s' "${wine_root^}${1//\//\\}"; }
 
 # The root of this machine moves to a letter that is none of these.
 move_wine_root() {
