@@ -557,7 +557,8 @@ TEST(DesktopCapture, RefusesTextsThatWouldTakeAllMemory) {
 
 TEST(DesktopCapture, ShortensAndTidiesWhatAMessageRepeats) {
   const std::string refusal = PathRefusal("C:\\a\n\x1b[31m" + std::string(100'000, 'x') + "\\..\\b");
-  EXPECT_THAT(refusal, AllOf(HasSubstr("at /data/1/path: 'C:\\a??[31mxxx"), HasSubstr("xxx...' is too long")));
+  EXPECT_THAT(refusal,
+              AllOf(HasSubstr("at /data/1/path: 'C:\\a??[31mxxx"), HasSubstr("xxx...' is too long")));
   EXPECT_THAT(Refusal(R"({"capture": {"version": 1}, ")" + std::string(100'000, 'x') + R"(": 1})"),
               HasSubstr("no section 'xxx"));
 }
