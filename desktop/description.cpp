@@ -2,6 +2,7 @@
 #include "desktop/description.h"
 
 #include "common/wide_text.h"
+#include "desktop/capture.h"
 #include "desktop/description_parts.h"
 #include "foundation/windows_api.h"
 
@@ -36,7 +37,8 @@ constexpr auto kSections = std::to_array<Section>({{"registry", ApplyRegistry},
                                                    {"epic", ApplyEpic},
                                                    {"store", ApplyStore},
                                                    {"battleNet", ApplyBattleNet},
-                                                   {"catalogue", ApplyCatalogue}});
+                                                   {"catalogue", ApplyCatalogue},
+                                                   {"heldFolders", ApplyHeldFolders}});
 
 void RefuseUnknownSections(const Node& root) {
   for (const auto& [name, node] : Members(root)) {
@@ -59,6 +61,7 @@ const std::string kUninstallKey =
 void ApplyDescription(Desktop& desktop, const std::string& json) {
   const Json parsed = ParseJson(json);
   const Node root{&parsed, ""};
+  if (IsCapture(root)) return BuildCapture(desktop, ReadCapture(root));
   RefuseUnknownSections(root);
   for (const Section& section : kSections) {
     const std::optional<Node> node = Optional(root, section.name);

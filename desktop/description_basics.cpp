@@ -191,6 +191,13 @@ void ApplyFolders(Desktop& desktop, const Node& node) {
   for (const Node& item : Items(node)) desktop.Folder(PathText(item));
 }
 
+void ApplyHeldFolders(Desktop& desktop, const Node& node) {
+  for (const Node& item : Items(node)) {
+    desktop.Folder(PathText(item));
+    desktop.HoldFolder(PathText(item));
+  }
+}
+
 void ApplyFiles(Desktop& desktop, const Node& node) {
   for (const Node& item : Items(node)) ApplyFile(desktop, item);
 }

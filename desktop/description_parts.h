@@ -33,6 +33,7 @@ void ApplyFolders(Desktop& desktop, const Node& node);
 void ApplyFiles(Desktop& desktop, const Node& node);
 void ApplyExecutables(Desktop& desktop, const Node& node);
 void ApplyIconFiles(Desktop& desktop, const Node& node);
+void ApplyHeldFolders(Desktop& desktop, const Node& node);
 void ApplyJunctions(Desktop& desktop, const Node& node);
 void ApplyApplications(Desktop& desktop, const Node& node);
 void ApplyCatalogue(Desktop& desktop, const Node& node);

@@ -1,12 +1,13 @@
 // The desktop itself: keeps the journal of what was made, and undoes it.
 #include "desktop/desktop.h"
 
-#include "common/wide_text.h"
-#include "desktop/bytes.h"
+#include "desktop/capture_rules.h"
 #include "desktop/file_maker.h"
+#include "desktop/held_folder.h"
 #include "desktop/journal.h"
 #include "desktop/junction.h"
 #include "desktop/registry_maker.h"
+#include "desktop/value_bytes.h"
 #include "foundation/windows_api.h"
 
 #include <cstdlib>
@@ -27,6 +28,8 @@ void RequireThrowawayMachine() {
         "be spoilt.");
 }
 
+constexpr uint64_t kLeastSparse = 1 << 20;  // fewer zeros may take their room
+
 bool InRegistry(const MadeThing& thing) { return thing.kind == Kind::kKey || thing.kind == Kind::kValue; }
 
 void UndoAll(Journal& journal) {
@@ -40,13 +43,6 @@ void UndoAll(Journal& journal) {
     journal.pop_back();
   }
   if (first) std::rethrow_exception(first);
-}
-
-std::string ValueBytes(const std::string& text) {
-  std::string bytes;
-  for (const wchar_t unit : common::Wide(text)) Append16(bytes, unit);
-  Append16(bytes, 0);
-  return bytes;
 }
 
 }  // namespace
@@ -112,12 +108,20 @@ void Desktop::SparseFile(const std::string& path, uint64_t size) {
   state_->Learn(Kind::kFile, path);
 }
 
+void Desktop::PaddedFile(const std::string& path, std::string_view bytes, uint64_t size) {
+  const bool sparse = size > bytes.size() + kLeastSparse;
+  MakeFile(path, bytes, size, sparse, state_->Known(Kind::kFile, path), state_->journal);
+  state_->Learn(Kind::kFile, path);
+}
+
 void Desktop::ModifiedTime(const std::string& path, int64_t unixSeconds) {
   // A file of this desktop's own goes anyway, or gets its old time back with its old content.
   const bool known = state_->Known(Kind::kTime, path) || state_->Known(Kind::kFile, path);
   SetModifiedTime(path, unixSeconds, known, state_->journal);
   state_->Learn(Kind::kTime, path);
 }
+
+void Desktop::HoldFolder(const std::string& path) { HoldFolderApart(TidyPath(path), state_->journal); }
 
 void Desktop::Junction(const std::string& path, const std::string& target) {
   MakeJunction(path, target, state_->journal);
@@ -126,9 +130,7 @@ void Desktop::Junction(const std::string& path, const std::string& target) {
 void Desktop::Executable(const std::string& path, const ExecutableOptions& options) {
   ExecutableOptions unpadded = options;
   unpadded.size = 0;
-  MakeFile(path, ExecutableBytes(unpadded), options.size, false, state_->Known(Kind::kFile, path),
-           state_->journal);
-  state_->Learn(Kind::kFile, path);
+  PaddedFile(path, ExecutableBytes(unpadded), options.size);
 }
 
 void Desktop::IconFile(const std::string& path, const IconGroup& icon) { File(path, IconFileBytes(icon)); }
@@ -142,26 +144,24 @@ void Desktop::RawValue(const std::string& key, const std::string& name, uint32_t
 }
 
 void Desktop::String(const std::string& key, const std::string& name, const std::string& text, View view) {
-  RawValue(key, name, REG_SZ, ValueBytes(text), view);
+  RawValue(key, name, REG_SZ, TerminatedUnits(text), view);
 }
 
 void Desktop::ExpandString(const std::string& key, const std::string& name, const std::string& text,
                            View view) {
-  RawValue(key, name, REG_EXPAND_SZ, ValueBytes(text), view);
+  RawValue(key, name, REG_EXPAND_SZ, TerminatedUnits(text), view);
 }
 
 void Desktop::MultiString(const std::string& key, const std::string& name,
                           const std::vector<std::string>& texts, View view) {
   std::string bytes;
-  for (const std::string& text : texts) bytes += ValueBytes(text);
+  for (const std::string& text : texts) bytes += TerminatedUnits(text);
   Append16(bytes, 0);
   RawValue(key, name, REG_MULTI_SZ, bytes, view);
 }
 
 void Desktop::Dword(const std::string& key, const std::string& name, uint32_t value, View view) {
-  std::string bytes;
-  Append32(bytes, value);
-  RawValue(key, name, REG_DWORD, bytes, view);
+  RawValue(key, name, REG_DWORD, DwordBytes(value), view);
 }
 
 void Desktop::Qword(const std::string& key, const std::string& name, uint64_t value, View view) {

@@ -18,10 +18,11 @@ namespace tarnwick::desktop {
 
 enum class View { kNative, k32, k64 };
 
-// One icon image of an executable or .ico file: a square of one colour.
+// One icon image of an executable or .ico file: a square of one colour, or any picture.
 struct IconImage {
   int size = 32;            // pixels, both ways; 256 is stored as PNG, smaller ones as bitmaps
   uint32_t rgb = 0x3366CC;  // 0xRRGGBB
+  std::string png = {};     // if there is one, the picture as it is, of `size` pixels both ways
 };
 
 // One icon resource: the images it offers.
@@ -65,11 +66,15 @@ class Desktop {
   void Folder(const std::string& path);
   void File(const std::string& path, std::string_view bytes = "tarnwick");
   void SparseFile(const std::string& path, uint64_t size);  // zeros that take no room on the disk
+  void PaddedFile(const std::string& path, std::string_view bytes, uint64_t size);  // zeros behind the bytes
   void ModifiedTime(const std::string& path, int64_t unixSeconds);
 
   // A folder that leads to another. Under Wine, which knows no junctions, a symbolic link of the system
   // below: it has the attribute of a reparse point too. Removing it leaves the target alone.
   void Junction(const std::string& path, const std::string& target);
+
+  // A folder that is there already can't be listed from now on: a process holds it until this desktop goes.
+  void HoldFolder(const std::string& path);
 
   // Real 64-bit PE files (they run and end with code 0), and .ico files.
   void Executable(const std::string& path, const ExecutableOptions& options = {});

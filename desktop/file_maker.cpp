@@ -1,6 +1,7 @@
 // Edge: writes files and folders, through paths of any length.
 #include "desktop/file_maker.h"
 
+#include "desktop/held_folder.h"
 #include "desktop/junction.h"
 #include "desktop/windows_calls.h"
 #include "foundation/owner.h"
@@ -188,6 +189,8 @@ void UnmakeFile(const MadeThing& thing) {
       return UnmakeJunction(thing);
     case MadeThing::Kind::kTime:
       return PutBackTime(thing);
+    case MadeThing::Kind::kHold:
+      return LetFolderGo(thing);
     default:
       return thing.before ? PutBack(thing) : TakeAwayFile(thing.place);
   }

@@ -64,6 +64,7 @@ std::string PngBytes(int size, uint32_t rgb) {
 std::string IconImageBytes(const IconImage& image) {
   if (image.size < 1 || image.size > 256)
     throw std::runtime_error("an icon image has 1 to 256 pixels, not " + std::to_string(image.size));
+  if (!image.png.empty()) return image.png;
   return image.size == 256 ? PngBytes(256, image.rgb) : BitmapBytes(image);
 }
 

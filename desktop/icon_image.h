@@ -7,7 +7,7 @@
 
 namespace tarnwick::desktop {
 
-// The bytes of one image: PNG for 256 pixels, else a bitmap of 32 bits a pixel with its mask. Throws
+// The bytes of one image: its picture, if it has one; else PNG for 256 pixels, else a bitmap of 32 bits a pixel with its mask. Throws
 // std::runtime_error for a size outside 1 to 256.
 std::string IconImageBytes(const IconImage& image);
 

@@ -18,9 +18,9 @@ struct OldContent {
 };
 
 struct MadeThing {
-  enum class Kind { kFolder, kLink, kFile, kTime, kKey, kValue };
+  enum class Kind { kFolder, kLink, kFile, kTime, kKey, kValue, kHold };
   Kind kind = Kind::kFolder;
-  std::string place;                 // path of a file, folder or link, or a registry key
+  std::string place;                 // path of a file, folder (held ones too) or link, or a registry key
   std::string name;                  // of a value
   View view = View::kNative;         // of a key or value
   std::optional<OldContent> before;  // none: nothing stood there

@@ -10,6 +10,21 @@ void Require(const Node& node, bool holds, const std::string& wanted) {
   if (!holds) Fail(node, "needs " + wanted + ", not " + node.value->type_name());
 }
 
+// What a text of reasonable use never reaches: a hostile one would take all memory.
+constexpr int kDeepest = 64;
+constexpr size_t kMostEvents = 4'000'000;
+
+constexpr size_t kLongest = 400;  // of each part of a message
+
+std::string FaultPlace(const std::string& text, size_t byte) {
+  const std::string before = text.substr(0, byte == 0 ? 0 : byte - 1);
+  const size_t line = 1 + static_cast<size_t>(std::count(before.begin(), before.end(), '\n'));
+  const size_t lineStart = before.rfind('\n') + 1;  // none: 0
+  const std::string place =
+      "line " + std::to_string(line) + ", column " + std::to_string(before.size() - lineStart + 1);
+  return (byte > text.size() ? "it ends too early, at " : "at ") + place;
+}
+
 int HexDigit(char digit) {
   if (digit >= '0' && digit <= '9') return digit - '0';
   if (digit >= 'a' && digit <= 'f') return digit - 'a' + 10;
@@ -19,16 +34,33 @@ int HexDigit(char digit) {
 
 }  // namespace
 
+std::string OneLine(std::string text, size_t longest) {
+  for (char& byte : text)
+    if (static_cast<unsigned char>(byte) < ' ' || byte == '\x7F') byte = '?';
+  if (text.size() <= longest) return text;
+  size_t end = longest;
+  while ((static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
+  return text.substr(0, end) + "...";
+}
+
 Json ParseJson(const std::string& text) {
+  size_t events = 0;
+  const auto bounded = [&events](int depth, Json::parse_event_t, const Json&) {
+    if (depth > kDeepest)
+      throw JsonError("the text is nested deeper than " + std::to_string(kDeepest) + " levels");
+    if (++events > kMostEvents) throw JsonError("the text holds more than some million values");
+    return true;
+  };
   try {
-    return Json::parse(text);
+    return Json::parse(text, bounded);
   } catch (const Json::parse_error& error) {
-    throw JsonError(std::string("not JSON: ") + error.what());
+    throw JsonError("not JSON: " + FaultPlace(text, error.byte));
   }
 }
 
 void Fail(const Node& node, const std::string& why) {
-  throw JsonError("at " + (node.place.empty() ? "/" : node.place) + ": " + why);
+  throw JsonError("at " + OneLine(node.place.empty() ? "/" : node.place, kLongest) + ": " +
+                  OneLine(why, kLongest));
 }
 
 std::string Text(const Node& node) {

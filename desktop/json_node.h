@@ -28,6 +28,10 @@ struct Node {
 // Throws JsonError with line and column.
 Json ParseJson(const std::string& text);
 
+// What is repeated in a message: control characters become question marks, and of more bytes than `longest`
+// the rest is left out.
+std::string OneLine(std::string text, size_t longest);
+
 [[noreturn]] void Fail(const Node& node, const std::string& why);
 
 // All of these throw JsonError where the value has another type.

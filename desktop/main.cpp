@@ -1,6 +1,7 @@
 // tarnwick-desktop.exe: builds a described desktop that stays, and removes it later.
 #include "common/wide_text.h"
 #include "desktop/description.h"
+#include "desktop/held_folder.h"
 #include "desktop/journal.h"
 #include "foundation/windows_api.h"
 
@@ -18,6 +19,7 @@ using namespace tarnwick::desktop;
 
 constexpr int kFailed = 1;
 constexpr int kWrongUse = 2;
+constexpr uintmax_t kLongestDescription = uintmax_t{128} << 20;
 
 std::filesystem::path PathOf(const std::string& path) { return tarnwick::common::Wide(path); }
 
@@ -34,9 +36,20 @@ void WriteNewFile(const std::string& path, const std::string& text) {
   if (!stream) throw std::runtime_error("can't write '" + path + "'");
 }
 
+// Before it is read: a description holds whole files, but none so long.
+void RefuseTooLong(const std::string& path) {
+  std::error_code none;
+  const uintmax_t length = std::filesystem::file_size(PathOf(path), none);
+  if (!none && length > kLongestDescription)
+    throw std::runtime_error("'" + path + "' is " + std::to_string(length >> 20) +
+                             " MiB long; a description has at most " +
+                             std::to_string(kLongestDescription >> 20) + " MiB");
+}
+
 void Build(const std::string& description, const std::string& state) {
   if (std::filesystem::exists(PathOf(state)))
     throw std::runtime_error("'" + state + "' exists: a desktop stands already; remove it first");
+  RefuseTooLong(description);
   const std::string json = ReadFile(description);
   Desktop desktop;
   ApplyDescription(desktop, json);
@@ -79,13 +92,22 @@ int main() {
   std::string description;
   std::string state = "tarnwick-desktop-state.json";
   CLI::App* build = app.add_subcommand("build", "Build a desktop that stays");
-  build->add_option("DESCRIPTION", description, "The description, a JSON file (docs/desktop.md)")->required();
+  build
+      ->add_option("DESCRIPTION", description,
+                   "The description or captured machine, a JSON file (docs/desktop.md)")
+      ->required();
   build->add_option("--state", state, "Where to list what was made")->capture_default_str();
   CLI::App* remove = app.add_subcommand("remove", "Remove exactly what a build made");
   remove->add_option("--state", state, "The list that the build left")->capture_default_str();
+  std::string held;
+  // For the builder's own use: it starts this for each folder that can't be listed.
+  CLI::App* hold = app.add_subcommand("hold")->group("");
+  hold->add_option("FOLDER", held)->required();
   try {
     app.parse(Arguments());
-    *build ? Build(description, state) : Remove(state);
+    if (*build) Build(description, state);
+    if (*remove) Remove(state);
+    if (*hold) HoldFolderHere(held);
     return 0;
   } catch (const CLI::ParseError& error) {
     return app.exit(error) == 0 ? 0 : kWrongUse;

@@ -10,7 +10,7 @@ namespace tarnwick::desktop {
 namespace {
 
 // In the order of the enumerations.
-constexpr std::array<const char*, 6> kKinds = {"folder", "link", "file", "time", "key", "value"};
+constexpr std::array<const char*, 7> kKinds = {"folder", "link", "file", "time", "key", "value", "hold"};
 constexpr std::array<const char*, 3> kViews = {"native", "32", "64"};
 
 constexpr const char* kFormat = "tarnwick-desktop-state 1";

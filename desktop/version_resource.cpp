@@ -2,8 +2,8 @@
 // UTF-16, the value, the children; each part begins at a multiple of four bytes.
 #include "desktop/version_resource.h"
 
-#include "common/wide_text.h"
 #include "desktop/bytes.h"
+#include "desktop/value_bytes.h"
 
 #include <array>
 
@@ -13,13 +13,6 @@ namespace {
 constexpr unsigned kBinary = 0;
 constexpr unsigned kText = 1;
 
-std::string Units(const std::string& text) {
-  std::string bytes;
-  for (const wchar_t unit : common::Wide(text)) Append16(bytes, unit);
-  Append16(bytes, 0);
-  return bytes;
-}
-
 // `valueLength` counts bytes in a binary block and UTF-16 units in a text block.
 std::string Block(const std::string& key, unsigned type, const std::string& value, size_t valueLength,
                   const std::vector<std::string>& children = {}) {
@@ -27,7 +20,7 @@ std::string Block(const std::string& key, unsigned type, const std::string& valu
   Append16(block, 0);
   Append16(block, static_cast<unsigned>(valueLength));
   Append16(block, type);
-  block += Units(key);
+  block += TerminatedUnits(key);
   AlignTo(block, 4);
   block += value;
   for (const std::string& child : children) {
@@ -58,7 +51,7 @@ std::string TableName(const VersionStrings& table) {
 std::string StringTable(const VersionStrings& table) {
   std::vector<std::string> strings;
   for (const auto& [name, text] : table.values) {
-    const std::string value = Units(text);
+    const std::string value = TerminatedUnits(text);
     strings.push_back(Block(name, kText, value, value.size() / 2));
   }
   return Block(TableName(table), kText, {}, 0, strings);

@@ -6,6 +6,8 @@ export WINEDEBUG=${WINEDEBUG:--all}
 # Nobody is there to answer whether Mono and Gecko should be installed, and menus belong to no desktop here.
 export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
 export WINEARCH=win64
+# Where the texts of this machine aren't UTF-8, Wine can give no file a name beyond ASCII.
+if [ "$(locale charmap 2>/dev/null)" != UTF-8 ]; then export LC_ALL=C.UTF-8; fi
 # The prefix is ours alone, so tests and the desktop builder may write its registry and its drive C:.
 export TARNWICK_THROWAWAY_MACHINE=1
 
@@ -65,5 +67,50 @@ warm_wine() {
   rm "$wine_is_clean"
   trap end_wine EXIT
   start_display
+  wineserver -p
+}
+
+# Wine links some of a user's folders to those of this machine. What is built in a prefix that keeps apart from it stays
+# there.
+cut_links_out_of_wine() {
+  local link
+  find "$WINEPREFIX/drive_c" -type l -print0 | while IFS= read -r -d '' link; do
+    rm "$link"
+    mkdir "$link"
+  done
+}
+
+# The drive that shows the root of this machine.
+wine_root=z:
+
+# as_windows_path PATH: an absolute path of this machine's, for a program under Wine.
+as_windows_path() { printf '%s' "${wine_root^}${1//\//\\}"; }
+
+# The root of this machine moves to a letter that is none of these.
+move_wine_root() {
+  local free
+  for free in y x w v u t s r q p o n m l k j i h g f e d; do
+    if [[ $1 != *$free* ]]; then break; fi
+  done
+  ln -sfn / "$WINEPREFIX/dosdevices/$free:"
+  wine_root=$free:
+}
+
+# give_wine_drives LETTERS: makes these drives, each a folder in the prefix. Wine is told of its drives when it starts, so
+# it starts anew.
+give_wine_drives() {
+  local letters=${1//c/} letter place
+  [ -n "$letters" ] || return 0
+  if [[ $letters == *z* ]]; then move_wine_root "$letters"; fi
+  for letter in $(fold -w1 <<<"$letters"); do
+    mkdir -p "$WINEPREFIX/drive_$letter"
+    place=$WINEPREFIX/dosdevices/$letter:
+    ln -sfn "../drive_$letter" "$place"
+  done
+  for letter in $(fold -w1 <<<"$letters"); do
+    wine reg add 'HKLM\Software\Wine\Drives' /v "$letter:" /d hd /f >/dev/null
+  done
+  wineserver -k || true
+  wineserver -w || true
   wineserver -p
 }
