@@ -16,8 +16,8 @@ COLUMNS = ("DisplayName SourceEx SourceExId DefaultExe DefaultFolderExe DefaultF
 SOURCES = "STEAM EPIC GOG UPLAY EA UWP BATTLENET RIOT DIRECT MIHOYO ARC BETHESDA".split()
 HIVES = ("HKEY_LOCAL_MACHINE\\", "HKEY_CURRENT_USER\\")
 CHECKED = {
-    "ids": {"list", "known"},
-    "exe": {"path list", "process list, own one chosen", "known"},
+    "ids": {"list", "launcher", "known"},
+    "exe": {"path list", "process list, own one chosen", "launcher", "known"},
     "other stores": {"known"},
 }
 COMMON = set("app application autorun bootstrap client config crashhandler engine game game32 game64 install installer "
@@ -109,7 +109,8 @@ def line_faults(row):
         yield "bytes that are no UTF-8"
     if any(sign in row["DisplayName"] for sign in "™®©"):
         yield "trademark sign in the name"
-    yield from (f"blanks around or inside the text: {text!r}" for text in row.values() if " ".join(text.split()) != text)
+    yield from (f"blanks around or inside the text: {text!r}" for text in row.values()
+                if " ".join(text.split()) != text)
     sources = row["SourceEx"].split(";")
     if row["SourceExId"].count(";") not in (0, len(sources) - 1):
         yield "other number of ids than of sources"
@@ -132,8 +133,8 @@ def order_faults(row, before, names):
 
 
 def identity_faults(record, seen):
-    """What tells a record from others of its source is the id; Store and Riot games have another field for it."""
-    field = {"UWP": "GameInfo", "RIOT": "RunningExe"}.get(record["SourceEx"], "SourceExId")
+    """What tells a record from others of its source is the id; some launchers' games have another field for it."""
+    field = {"UWP": "GameInfo", "RIOT": "RunningExe", "ARC": "RegistryKey"}.get(record["SourceEx"], "SourceExId")
     identity = record["SourceEx"], record[field]
     if record[field] and identity in seen:
         yield "source and id stand twice: " + " ".join(identity)
