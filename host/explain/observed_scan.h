@@ -18,10 +18,10 @@ using common::Heard;
 // One strategy, run once.
 struct StrategyRun {
   ScanStrategy strategy;
-  GameList games;           // the records it was given: those that no earlier level had found
-  ScanResults results;      // before merging
+  GameList games;            // the records it was given: those that no earlier level had found
+  ScanResults results;       // before merging
   std::vector<Heard> heard;  // its questions, in the order of the answers
-  std::string failure;      // the guard's log line, if the strategy ended in a fault or an exception
+  std::string failure;       // the guard's log line, if the strategy ended in a fault or an exception
 };
 
 struct ObservedScan {

@@ -57,8 +57,7 @@ std::string Filled(const char* words, const Question& question) {
 
 // Control characters would break the line that this is written into.
 std::string OneLine(std::string text) {
-  std::replace_if(
-      text.begin(), text.end(), [](unsigned char byte) { return byte < 0x20; }, ' ');
+  std::replace_if(text.begin(), text.end(), [](unsigned char byte) { return byte < 0x20; }, ' ');
   while (!text.empty() && text.back() == ' ') text.pop_back();
   return text;
 }

@@ -45,8 +45,8 @@ const StrategyRun& RunOf(const ObservedScan& scan, const std::string& name) {
 
 TEST_F(HostObservedScan, GivesWhatTheLibrarysOwnScanGives) {
   std::string answer(4u << 20, '\0');
-  answer.resize(static_cast<size_t>(
-      RunScanGuarded(kCatalogue, answer.data(), static_cast<int>(answer.size()))));
+  answer.resize(
+      static_cast<size_t>(RunScanGuarded(kCatalogue, answer.data(), static_cast<int>(answer.size()))));
   const ObservedScan scan = ObserveScan(kCatalogue, {});
   const ComScope com;
   EXPECT_EQ(WriteScanJson(scan.unique), answer);
