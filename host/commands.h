@@ -13,5 +13,6 @@ int RunDetails(const Options& options);
 int RunWatch(const Options& options);
 int RunEncipher(const Options& options);
 int RunDecipher(const Options& options);
+int RunCapture(const Options& options);
 
 }  // namespace tarnwick::host

@@ -16,7 +16,7 @@ constexpr Command kCommands[] = {
     {"scan", tarnwick::host::RunScan},         {"apps", tarnwick::host::RunApps},
     {"find", tarnwick::host::RunFind},         {"details", tarnwick::host::RunDetails},
     {"watch", tarnwick::host::RunWatch},       {"encipher", tarnwick::host::RunEncipher},
-    {"decipher", tarnwick::host::RunDecipher},
+    {"decipher", tarnwick::host::RunDecipher}, {"capture", tarnwick::host::RunCapture},
 };
 
 int RunCommand(const Options& options) {

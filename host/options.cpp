@@ -89,12 +89,16 @@ void AddIcons(CLI::App& command, Options& options, bool page) {
       ->check(WholeNumber(16, 256));
 }
 
-void AddScan(CLI::App& app, Options& options) {
-  CLI::App* scan = app.add_subcommand("scan", "Find the installed games");
-  scan->add_option(
+void AddCatalogueArgument(CLI::App& command, Options& options) {
+  command.add_option(
       "CATALOGUE", options.catalogue,
       "The catalogue file; without it MasterGameList_decrypted.xml or MasterGameList.xml in the current "
       "folder is used");
+}
+
+void AddScan(CLI::App& app, Options& options) {
+  CLI::App* scan = app.add_subcommand("scan", "Find the installed games");
+  AddCatalogueArgument(*scan, options);
   AddFormat(*scan, options, kAnyFormat);
   AddIcons(*scan, options, true);
   AddOutput(*scan, options);
@@ -149,6 +153,19 @@ void AddCatalogue(CLI::App& app, Options& options) {
     step->add_option("FILE", options.input, "The catalogue to read")->required();
     step->add_option("-o,--output", options.output, "The file to write")->required();
   }
+}
+
+void AddCapture(CLI::App& app, Options& options) {
+  CLI::App* capture =
+      app.add_subcommand("capture", "Write down what a scan of this machine sees, to look at elsewhere");
+  AddCatalogueArgument(*capture, options);
+  CLI::Option* output = capture->add_option("-o,--output", options.output, "The file to write");
+  capture->add_flag("--list", options.list, "List what would be written, and write no capture");
+  capture->add_flag("--with-apps", options.withApps, "Take the applications that are no games, too");
+  capture->callback([&options, output] {
+    if (!options.list && output->count() == 0) throw CLI::RequiredError("--output");
+  });
+  AddLog(*capture, options);
 }
 
 std::string ChosenCommand(const CLI::App& app) {
@@ -236,6 +253,7 @@ bool ParseOptions(const std::vector<std::string>& arguments, Options& options, i
   AddLookups(app, options);
   AddWatch(app, options);
   AddCatalogue(app, options);
+  AddCapture(app, options);
   try {
     // The parser takes its arguments last first.
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
