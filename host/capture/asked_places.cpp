@@ -63,9 +63,14 @@ void NoteKeyQuestion(AskedKey& key, const Question& question) {
 }
 
 void AddKey(AskedPlaces& places, const Heard& heard) {
+  bool meant = true;
   for (const std::wstring& text : Readings(heard.question.subject)) {
-    const std::optional<KeyPlace> place = PlaceOfKey(text, heard.question.view);
-    if (place) NoteKeyQuestion(KeyAt(places, *place), heard.question);
+    if (const std::optional<KeyPlace> place = PlaceOfKey(text, heard.question.view)) {
+      AskedKey& key = KeyAt(places, *place);
+      NoteKeyQuestion(key, heard.question);
+      key.meant = key.meant || meant;
+    }
+    meant = false;
   }
 }
 
@@ -100,8 +105,13 @@ void AddListed(AskedPlaces& places, const Heard& heard) {
 }
 
 void AddPathQuestion(AskedPlaces& places, const Heard& heard) {
+  bool meant = true;
   for (const std::wstring& text : Readings(heard.question.subject)) {
-    if (AskedPath* const path = PathAt(places, text)) NotePathQuestion(*path, heard);
+    if (AskedPath* const path = PathAt(places, text)) {
+      NotePathQuestion(*path, heard);
+      path->meant = path->meant || meant;
+    }
+    meant = false;
   }
   if (heard.question.kind == QuestionKind::kListFolder) AddListed(places, heard);
 }

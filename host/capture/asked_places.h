@@ -30,10 +30,12 @@ struct AskedKey {
   std::set<std::wstring> values;
   bool allValues = false;
   bool subkeys = false;
+  bool meant = false;  // it was asked for by this name, which is not only another reading of the bytes
 };
 
 struct AskedPath {
-  std::wstring path;  // full, with backslashes
+  std::wstring path;   // full, with backslashes
+  bool meant = false;  // as of AskedKey
   bool read = false;  // its contents
   bool listed = false;
   bool refused = false;  // the list came to nothing

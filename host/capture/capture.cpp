@@ -3,8 +3,6 @@
 
 #include <fmt/format.h>
 
-#include <limits>
-
 #include "common/wide_text.h"
 #include "core/result_icons.h"
 #include "foundation/locks.h"
@@ -30,7 +28,7 @@ void ListApplications(const std::vector<UninstallEntry>& entries) {
   RefreshCacheNoLock();
   std::vector<AppRecord> records = KeptRecords(entries);
   AppsListJson(records, nullptr);
-  AppsPageJson(records, 1, std::numeric_limits<int32_t>::max(), nullptr);
+  AppsPageJson(records, 1, static_cast<int32_t>(records.size()), nullptr);
   for (AppRecord& record : records) ResolveInstallLocation(record);
 }
 

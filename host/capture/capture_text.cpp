@@ -117,8 +117,8 @@ Json HeadOf(const MachineCopy& machine) {
 
 std::string Dumped(const Json& json) { return json.dump(-1, ' ', false, Json::error_handler_t::replace); }
 
-// Each item of a list has a line of its own, and each member of the outermost object; what else is in an item
-// stays on its line.
+// Each item of a list has a line of its own, and each member of the outermost object and of objects right in
+// it; what else is in an item stays on its line.
 void Print(const Json& json, size_t depth, bool members, std::string& out) {
   if (!json.is_structured() || json.empty()) {
     out += Dumped(json);
@@ -132,7 +132,7 @@ void Print(const Json& json, size_t depth, bool members, std::string& out) {
     out += between;
     if (lines) out += '\n' + std::string(inner, ' ');
     if (json.is_object()) out += Dumped(item.key()) + ": ";
-    Print(item.value(), inner, false, out);
+    Print(item.value(), inner, members && item.value().is_object(), out);
     between = lines ? "," : ", ";
   }
   if (lines) out += '\n' + std::string(depth, ' ');

@@ -113,7 +113,7 @@ void CopyFile(const AskedPath& asked, const FoundFile& file, MachineCopy& copy) 
 void CopyPath(const AskedPath& asked, MachineCopy& copy) {
   WIN32_FILE_ATTRIBUTE_DATA found{};
   if (!GetFileAttributesExW(asked.path.c_str(), GetFileExInfoStandard, &found)) {
-    copy.missing.push_back(common::Narrow(asked.path));
+    if (asked.meant) copy.missing.push_back(common::Narrow(asked.path));
     return;
   }
   const std::wstring& path = asked.path;

@@ -31,6 +31,7 @@ std::map<std::wstring, AskedPath> SpelledPaths(const AskedPlaces& places) {
     const std::wstring spelled = SpelledPath(asked.path);
     AskedPath& path = paths[LowerText(spelled)];
     path.path = spelled;
+    path.meant = path.meant || asked.meant;
     path.read = path.read || asked.read;
     path.listed = path.listed || asked.listed;
     path.refused = path.refused || asked.refused;

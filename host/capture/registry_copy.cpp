@@ -142,7 +142,7 @@ KeyCopies CopyKeys(const AskedPlaces& places, const KeyTest& leftOut) {
     const RegistryHandle key = Open(place);
     if (key)
       copies.keys.push_back({TextOf(place), place.view, CopyValues(key.Get(), asked)});
-    else
+    else if (asked.meant)
       copies.missing.push_back(TextOf(place));
   }
   return copies;

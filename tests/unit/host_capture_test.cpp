@@ -85,15 +85,14 @@ TEST_F(HostCapture, HasValuesByTypeAndView) {
                                           {"RegistryPathKeyName", "Folder"},
                                           {"DefaultExe", "wren.exe"}})}});
   desktop_.String(key, "folder", R"(C:\TarnwickTest\Wren)", View::k32);
-  desktop_.RawValue(key, "Folder", 1, std::string("A\0B", 3), View::k64);
+  desktop_.Dword(key, "Other", 5, View::k64);
   const Json capture = Captured();
   Json values;
   for (const Json& item : capture["keys"]) {
     if (item["key"] == key) values[std::string(item["view"])] = item["values"];
   }
   EXPECT_EQ(values["32"], Json::parse(R"([{"name":"folder","type":1,"text":"C:\\TarnwickTest\\Wren"}])"));
-  ASSERT_EQ(values["64"].size(), 1u);
-  EXPECT_THAT(std::string(values["64"][0]["hex"]), testing::StartsWith("410042"));
+  EXPECT_EQ(values["64"], Json::parse("[]"));
 }
 
 TEST_F(HostCapture, HasAProgramsVersionAndIconsButNotItsCode) {
@@ -182,6 +181,7 @@ std::string Hex(const std::string& bytes) {
 std::string Everything(const Json& node) {
   std::string text;
   if (node.is_string()) return std::string(node) + '\n';
+  if (!node.is_structured()) return {};
   for (const auto& item : node.items()) {
     if (node.is_object()) text += item.key() + '\n';
     const bool base64 = node.is_object() && item.key() == "base64";
@@ -252,8 +252,8 @@ TEST_F(HostCapturePrivacy, ShowsTheSameMachineWithStandIns) {
                     R"(C:\TarnwickTest\Steam\userdata\10000001\config\shortcuts.vdf)").is_null());
   std::vector<std::string> programs;
   for (const Json& program : capture["programs"]) programs.push_back(program["path"]);
-  EXPECT_THAT(programs, testing::Contains("C:\\Users\\Us\u00e9 Er000001\\Games\\Wren\\wren.exe"));
-  EXPECT_THAT(programs, testing::Contains("C:\\Users\\\u041f\u043e\u043b\u044c\u0437\u0430\u0431\\Games\\Wren\\wren.exe"));
+  EXPECT_THAT(programs, testing::Contains(HasSubstr("\\Us\u00e9 Er000001\\Games\\Wren\\wren.exe")));
+  EXPECT_THAT(programs, testing::Contains(HasSubstr("\\\u041f\u043e\u043b\u044c\u0437\u0430\u0431\\Games\\Wren\\wren.exe")));
 }
 
 TEST_F(HostCapturePrivacy, IsTheSameTwice) { EXPECT_EQ(Captured(true).dump(), Captured(true).dump()); }
@@ -269,9 +269,16 @@ TEST(HostCaptureText, HasALineForEachValueFileAndPicture) {
   machine.programs.push_back({"C:\\a.ico", 7, true, {}, {{{16, "PNG"}}}, {}});
   machine.missing = {"C:\\no"};
   EXPECT_EQ(CaptureJson(machine), R"({
- "capture": {"version": 1, "tarnwick": ")" TARNWICK_VERSION R"(", "catalogue": "C:\\a.xml", "knownFolders": {}, "environment": {}, "drives": [
+ "capture": {
+  "version": 1,
+  "tarnwick": ")" TARNWICK_VERSION R"(",
+  "catalogue": "C:\\a.xml",
+  "knownFolders": {},
+  "environment": {},
+  "drives": [
    "C:\\"
-  ]},
+  ]
+ },
  "keys": [
   {"key": "HKEY_CURRENT_USER\\Software\\A", "view": "native", "values": [
    {"name": "n", "type": 4, "number": 5},
