@@ -105,8 +105,7 @@ std::wstring IconFolder(const UninstallEntry& entry) {
 bool HasPlaceIn(const GameSigns& signs, const std::wstring& folder) {
   if (folder.empty()) return false;
   const auto next = signs.places.lower_bound(folder + L'\\');
-  return signs.places.count(folder) > 0 ||
-         (next != signs.places.end() && next->starts_with(folder + L'\\'));
+  return signs.places.count(folder) > 0 || (next != signs.places.end() && next->starts_with(folder + L'\\'));
 }
 
 // The rules. One of them is enough.
@@ -129,8 +128,10 @@ bool IsALaunchers(const UninstallEntry& entry, const GameSigns&) {
                                             L"com.epicgames.launcher://", L"goggalaxy://"};
   const std::wstring key = LowerText(LastPart(entry.place.subkey));
   const std::wstring command = LowerText(TextValueOf(entry.place, L"UninstallString"));
-  return std::ranges::any_of(kNames, [&](auto name) { return key == name || key.starts_with(std::wstring(name) + L' '); }) ||
-         std::ranges::any_of(kSchemes, [&](auto scheme) { return command.find(scheme) != std::wstring::npos; });
+  return std::ranges::any_of(
+             kNames, [&](auto name) { return key == name || key.starts_with(std::wstring(name) + L' '); }) ||
+         std::ranges::any_of(kSchemes,
+                             [&](auto scheme) { return command.find(scheme) != std::wstring::npos; });
 }
 
 using Rule = bool (*)(const UninstallEntry&, const GameSigns&);
@@ -188,7 +189,8 @@ std::vector<AppRecord> KeptRecords(const std::vector<UninstallEntry>& entries) {
   std::vector<AppRecord> records;
   for (const UninstallEntry& entry : entries) {
     AppRecord record;
-    const RegistryView view = entry.place.view == RegistryView::kNative ? RegistryView::k64 : entry.place.view;
+    const RegistryView view =
+        entry.place.view == RegistryView::kNative ? RegistryView::k64 : entry.place.view;
     if (entry.kept && ReadAppRecord(OpenKey(RootOf(entry.place), entry.place.subkey, view), record))
       records.push_back(std::move(record));
   }

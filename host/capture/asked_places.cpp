@@ -127,8 +127,7 @@ void AddVariables(AskedPlaces& places, const std::string& text) {
     const size_t end = text.find('%', begin + 1);
     if (end == std::string::npos) return;
     const std::string name = text.substr(begin + 1, end - begin - 1);
-    if (!name.empty() && name.find('\\') == std::string::npos)
-      places.variables.insert(UpperName(name));
+    if (!name.empty() && name.find('\\') == std::string::npos) places.variables.insert(UpperName(name));
     begin = end;
   }
 }
@@ -149,8 +148,6 @@ void AddOne(AskedPlaces& places, const Heard& heard) {
     case QuestionKind::kExpandText:
       return AddVariables(places, question.subject);
     case QuestionKind::kDriveType:
-      if (heard.answer.text == "yes") places.drives.insert(FullDrivePath(Utf8ToWide(question.subject + '\\')));
-      return;
     case QuestionKind::kDrives:
     case QuestionKind::kProcess:
     case QuestionKind::kFullPath:
@@ -204,8 +201,7 @@ std::wstring FullDrivePath(const std::wstring& text) {
   std::ranges::replace(path, L'/', L'\\');
   if (!BeginsWithDrive(path)) return {};
   std::vector<wchar_t> full(32768);
-  const DWORD length =
-      GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+  const DWORD length = GetFullPathNameW(path.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
   path.assign(full.data(), length < full.size() ? length : 0);
   if (!BeginsWithDrive(path)) return {};
   path[0] = static_cast<wchar_t>(path[0] & ~0x20);

@@ -36,7 +36,7 @@ struct AskedKey {
 struct AskedPath {
   std::wstring path;   // full, with backslashes
   bool meant = false;  // as of AskedKey
-  bool read = false;  // its contents
+  bool read = false;   // its contents
   bool listed = false;
   bool refused = false;  // the list came to nothing
   bool writeTime = false;
@@ -47,7 +47,6 @@ struct AskedPlaces {
   std::map<std::wstring, AskedPath> paths;          // by the path in lower case
   std::map<std::string, std::string> knownFolders;  // by the machine room's names
   std::set<std::string> variables;                  // of the environment, in upper case
-  std::set<std::wstring> drives;                    // fixed ones, such as "C:\"
 };
 
 void AddPlaces(AskedPlaces& places, const std::vector<Heard>& heard);

@@ -21,7 +21,8 @@ std::string Base64(const std::string& bytes) {
 
 std::string Hex(const std::string& bytes) {
   std::string text;
-  for (const char byte : bytes) fmt::format_to(std::back_inserter(text), "{:02x}", static_cast<unsigned char>(byte));
+  for (const char byte : bytes)
+    fmt::format_to(std::back_inserter(text), "{:02x}", static_cast<unsigned char>(byte));
   return text;
 }
 
@@ -107,12 +108,9 @@ Json JsonOf(const ProgramCopy& program) {
 }
 
 Json HeadOf(const MachineCopy& machine) {
-  return {{"version", kCaptureVersion},
-          {"tarnwick", TARNWICK_VERSION},
-          {"catalogue", machine.catalogue},
-          {"knownFolders", machine.knownFolders},
-          {"environment", machine.environment},
-          {"drives", machine.drives}};
+  return {{"version", kCaptureVersion},         {"tarnwick", TARNWICK_VERSION},
+          {"catalogue", machine.catalogue},     {"knownFolders", machine.knownFolders},
+          {"environment", machine.environment}, {"drives", machine.drives}};
 }
 
 std::string Dumped(const Json& json) { return json.dump(-1, ' ', false, Json::error_handler_t::replace); }
@@ -171,9 +169,12 @@ size_t BytesOf(const ProgramCopy& program) {
 }  // namespace
 
 std::string CaptureJson(const MachineCopy& machine) {
-  const Json json = {{"capture", HeadOf(machine)},           {"keys", ListOf(machine.keys)},
-                     {"subfolders", ListOf(machine.folders)}, {"data", ListOf(machine.data)},
-                     {"programs", ListOf(machine.programs)},  {"missing", machine.missing}};
+  const Json json = {{"capture", HeadOf(machine)},
+                     {"keys", ListOf(machine.keys)},
+                     {"subfolders", ListOf(machine.folders)},
+                     {"data", ListOf(machine.data)},
+                     {"programs", ListOf(machine.programs)},
+                     {"missing", machine.missing}};
   std::string text;
   Print(json, 0, true, text);
   return text + '\n';

@@ -118,8 +118,8 @@ const std::array<wchar_t, 128>& AnsiLetters() {
 }
 
 Found RawUtf8(const Units& units, size_t at) {
-  const auto found = Utf8Character(
-      [&](size_t i) { return at + i < units.size() ? static_cast<int>(units[at + i]) : -1; });
+  const auto found =
+      Utf8Character([&](size_t i) { return at + i < units.size() ? static_cast<int>(units[at + i]) : -1; });
   return found ? *found : Found{AnsiLetters()[units[at] - 0x80], 1};
 }
 

@@ -16,8 +16,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const wchar_t* kProgramEndings[] = {L".exe", L".dll", L".scr", L".com", L".ocx", L".cpl", L".mun"};
-constexpr const wchar_t* kVersionTexts[] = {L"FileDescription", L"ProductName",      L"CompanyName",
-                                            L"FileVersion",     L"ProductVersion",   L"InternalName",
+constexpr const wchar_t* kVersionTexts[] = {L"FileDescription", L"ProductName",     L"CompanyName",
+                                            L"FileVersion",     L"ProductVersion",  L"InternalName",
                                             L"LegalCopyright",  L"OriginalFilename"};
 
 // A file as it is found: what it takes for all further questions.
@@ -128,7 +128,8 @@ void CopyPath(const AskedPath& asked, MachineCopy& copy) {
 }
 
 void CopyWholeFile(const std::wstring& path, MachineCopy& copy) {
-  DataCopy data{common::Narrow(path), FirstBytes(path, std::numeric_limits<int64_t>::max()), false, 0, {}, false};
+  DataCopy data{
+      common::Narrow(path), FirstBytes(path, std::numeric_limits<int64_t>::max()), false, 0, {}, false};
   data.size = data.bytes.size();
   copy.data.push_back(std::move(data));
 }

@@ -95,7 +95,8 @@ IconPictures GroupPictures(HMODULE module, const wchar_t* name) {
 
 BOOL CALLBACK AppendGroup(HMODULE module, const wchar_t*, wchar_t* name, LONG_PTR groups) {
   auto& list = *reinterpret_cast<IconGroups*>(groups);
-  if (IconPictures pictures = GroupPictures(module, name); !pictures.empty()) list.push_back(std::move(pictures));
+  if (IconPictures pictures = GroupPictures(module, name); !pictures.empty())
+    list.push_back(std::move(pictures));
   return list.size() < kMostIconGroups;
 }
 

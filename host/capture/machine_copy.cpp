@@ -40,10 +40,9 @@ std::map<std::wstring, AskedPath> SpelledPaths(const AskedPlaces& places) {
   return paths;
 }
 
-// Those that were asked for, and those that something lies on.
-void CopyDrives(const AskedPlaces& places, MachineCopy& copy) {
+// Those that something lies on. On another drive the library looked for nothing that is there.
+void CopyDrives(MachineCopy& copy) {
   std::set<std::string> drives;
-  for (const std::wstring& drive : places.drives) drives.insert(common::Narrow(drive));
   const auto add = [&](const std::string& path) { drives.insert(path.substr(0, 3)); };
   for (const FolderCopy& folder : copy.folders) add(folder.path);
   for (const DataCopy& data : copy.data) add(data.path);
@@ -69,7 +68,7 @@ MachineCopy CopyMachine(const AskedPlaces& places, const std::wstring& catalogue
       CopyPath(asked, copy);
   }
   CopyEnvironment(places, copy);
-  CopyDrives(places, copy);
+  CopyDrives(copy);
   return copy;
 }
 

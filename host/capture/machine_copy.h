@@ -17,7 +17,8 @@ namespace tarnwick::host {
 
 inline constexpr uint64_t kMostDataBytes = uint64_t{8} << 20;  // of one data file; the rest is cut
 
-inline constexpr uint64_t kMostValueBytes = uint64_t{1} << 20;  // longer values are left out: nobody reads one
+inline constexpr uint64_t kMostValueBytes = uint64_t{1}
+                                            << 20;  // longer values are left out: nobody reads one
 
 struct ValueCopy {
   std::string name;

@@ -19,8 +19,8 @@ constexpr const char* kMachineVariables[] = {"COMPUTERNAME", "USERDOMAIN"};
 
 std::string Variable(const char* name) {
   std::vector<wchar_t> text(32768);
-  const DWORD length = GetEnvironmentVariableW(common::Wide(name).c_str(), text.data(),
-                                               static_cast<DWORD>(text.size()));
+  const DWORD length =
+      GetEnvironmentVariableW(common::Wide(name).c_str(), text.data(), static_cast<DWORD>(text.size()));
   return length < text.size() ? common::Narrow(std::wstring(text.data(), length)) : std::string();
 }
 
@@ -28,7 +28,7 @@ std::string MachineName(COMPUTER_NAME_FORMAT format) {
   std::vector<wchar_t> name(1024);
   auto length = static_cast<DWORD>(name.size());
   return GetComputerNameExW(format, name.data(), &length) ? common::Narrow(std::wstring(name.data(), length))
-                                                         : std::string();
+                                                          : std::string();
 }
 
 std::string LogonName() {
@@ -133,7 +133,8 @@ void SortByPath(Copies& copies) {
 }
 
 void Sort(MachineCopy& copy) {
-  std::ranges::sort(copy.keys, {}, [](const KeyCopy& key) { return std::make_tuple(Lower(key.key), key.view); });
+  std::ranges::sort(copy.keys, {},
+                    [](const KeyCopy& key) { return std::make_tuple(Lower(key.key), key.view); });
   for (KeyCopy& key : copy.keys)
     std::ranges::sort(key.values, {}, [](const ValueCopy& value) { return Lower(value.name); });
   SortByPath(copy.folders);

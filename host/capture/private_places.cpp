@@ -26,12 +26,12 @@ constexpr Text kOrdinary[] = {
 
 // Fields of launchers' files, and values of the registry, that hold an account's name or id.
 constexpr Text kAccountFields[] = {
-    U"accountname",  U"account_name",  U"account",        U"accountid",     U"account_id",  U"personaname",
-    U"persona",      U"personaid",     U"persona_id",     U"autologinuser", U"lastuser",    U"lastowner",
-    U"steamid",      U"steamid64",     U"userid",         U"user_id",       U"username",    U"user_name",
-    U"login",        U"loginname",     U"email",          U"mail",          U"battletag",   U"battle_tag",
-    U"puuid",        U"riotid",        U"epicaccountid",  U"nucleusid",     U"pidid",       U"pid_id",
-    U"ubiaccountid", U"profileid",     U"profile_id",     U"activeuser",    U"ownerid",     U"owner_id",
+    U"accountname",    U"account_name", U"account",       U"accountid",     U"account_id", U"personaname",
+    U"persona",        U"personaid",    U"persona_id",    U"autologinuser", U"lastuser",   U"lastowner",
+    U"steamid",        U"steamid64",    U"userid",        U"user_id",       U"username",   U"user_name",
+    U"login",          U"loginname",    U"email",         U"mail",          U"battletag",  U"battle_tag",
+    U"puuid",          U"riotid",       U"epicaccountid", U"nucleusid",     U"pidid",      U"pid_id",
+    U"ubiaccountid",   U"profileid",    U"profile_id",    U"activeuser",    U"ownerid",    U"owner_id",
     U"registeredowner"};
 
 // What stands behind an @ in the names of pictures and packages.

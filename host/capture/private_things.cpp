@@ -93,7 +93,8 @@ void ReplaceIn(PrivateThings& things, const Words& words, std::string& bytes, co
     const auto found = things.byText.find(coded.folded.substr(span.begin, span.end - span.begin));
     if (found == things.byText.end()) continue;
     found->second.replaced = true;
-    const std::u32string_view spelling = std::u32string_view(coded.text).substr(span.begin, span.end - span.begin);
+    const std::u32string_view spelling =
+        std::u32string_view(coded.text).substr(span.begin, span.end - span.begin);
     Overwrite(bytes, coded, span.begin, InCaseOf(spelling, found->second.standIn));
   }
 }
@@ -117,7 +118,9 @@ void AddPrivate(PrivateThings& things, const std::string& name, PrivateKind kind
   if (!folded.empty() && !IsNobody(folded)) Add(things, folded, kind, true);
 }
 
-void FindPrivate(PrivateThings& things, std::string_view text) { FindIn(things, Decode(text, Coding::kUtf8)); }
+void FindPrivate(PrivateThings& things, std::string_view text) {
+  FindIn(things, Decode(text, Coding::kUtf8));
+}
 
 void FindPrivateInBytes(PrivateThings& things, std::string_view bytes) {
   for (const Reading& reading : kReadings) FindIn(things, Decode(bytes, reading.coding, reading.offset));
@@ -158,7 +161,8 @@ uint32_t ReplacedNumber(PrivateThings& things, uint32_t number) {
   const auto found = things.byText.find(std::u32string(digits.begin(), digits.end()));
   if (found == things.byText.end() || !found->second.everywhere) return number;
   found->second.replaced = true;
-  return static_cast<uint32_t>(std::stoul(std::string(found->second.standIn.begin(), found->second.standIn.end())));
+  return static_cast<uint32_t>(
+      std::stoul(std::string(found->second.standIn.begin(), found->second.standIn.end())));
 }
 
 }  // namespace tarnwick::host

@@ -114,7 +114,8 @@ using AskedKeys = std::map<KeyPlace, AskedKey, KeyOrder>;
 // Subkeys that were listed are there for it. Their own spelling counts.
 void AddSubkeys(AskedKeys& keys, const KeyPlace& parent) {
   for (const std::wstring& name : SubkeysOf(parent)) {
-    const KeyPlace place{parent.hive, parent.subkey.empty() ? name : parent.subkey + L'\\' + name, parent.view};
+    const KeyPlace place{parent.hive, parent.subkey.empty() ? name : parent.subkey + L'\\' + name,
+                         parent.view};
     auto node = keys.extract(place);
     if (node.empty())
       keys.try_emplace(place);

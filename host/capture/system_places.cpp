@@ -22,9 +22,10 @@ constexpr Text kOpenKeys[] = {
     LR"(microsoft\windows\currentversion\uninstall)",
 };
 
-constexpr Text kSystemFolders[] = {LR"(c:\windows)", LR"(c:\$recycle.bin)", LR"(c:\system volume information)",
-                                   LR"(c:\boot)",    LR"(c:\recovery)",     LR"(c:\efi)",
-                                   LR"(c:\config.msi)"};
+constexpr Text kSystemFolders[] = {
+    LR"(c:\windows)",   LR"(c:\$recycle.bin)", LR"(c:\system volume information)",
+    LR"(c:\boot)",      LR"(c:\recovery)",     LR"(c:\efi)",
+    LR"(c:\config.msi)"};
 // Windows keeps the icons of installed applications there.
 constexpr Text kOpenFolder = LR"(c:\windows\installer\)";
 constexpr Text kStartMenu = LR"(\start menu)";

@@ -25,10 +25,10 @@ Heard About(QuestionKind kind, const std::string& subject, const std::string& de
 constexpr char kKey[] = R"(HKEY_LOCAL_MACHINE\SOFTWARE\Nest)";
 
 TEST(HostAskedPlaces, HasAKeyOfTheOtherViewOnceUnderBothItsNames) {
-  const AskedPlaces places =
-      PlacesOf({About(QuestionKind::kReadValue, R"(HKEY_LOCAL_MACHINE\Software\WOW6432Node\Nest)", "A"),
-                About(QuestionKind::kReadValue, kKey, "B", RegistryView::k32),
-                About(QuestionKind::kOpenKey, kKey, "", RegistryView::k64), About(QuestionKind::kOpenKey, kKey)});
+  const AskedPlaces places = PlacesOf(
+      {About(QuestionKind::kReadValue, R"(HKEY_LOCAL_MACHINE\Software\WOW6432Node\Nest)", "A"),
+       About(QuestionKind::kReadValue, kKey, "B", RegistryView::k32),
+       About(QuestionKind::kOpenKey, kKey, "", RegistryView::k64), About(QuestionKind::kOpenKey, kKey)});
   ASSERT_EQ(places.keys.size(), 2u);
   const auto& [narrow, asked] = *places.keys.rbegin();
   EXPECT_EQ(narrow.view, RegistryView::k32);
@@ -62,13 +62,15 @@ TEST(HostAskedPlaces, HasWhatAListOfAFolderTold) {
        About(QuestionKind::kListFolder, R"(C:\c)", "files", {}, {false, "cannot open directory [C:\\c]"})});
   std::vector<std::wstring> paths;
   for (const auto& [lower, path] : places.paths) paths.push_back(path.path);
-  EXPECT_THAT(paths, ElementsAre(L"C:\\a", L"C:\\a\\x.txt", L"C:\\b", L"C:\\b\\sub", L"C:\\b\\y.exe", L"C:\\c"));
+  EXPECT_THAT(paths,
+              ElementsAre(L"C:\\a", L"C:\\a\\x.txt", L"C:\\b", L"C:\\b\\sub", L"C:\\b\\y.exe", L"C:\\c"));
   EXPECT_FALSE(places.paths.at(L"c:\\a").refused);
   EXPECT_TRUE(places.paths.at(L"c:\\c").refused);
 }
 
 TEST(HostAskedPlaces, PassesOverWhatIsNoPathOnADrive) {
-  for (const std::string text : {"", "x.exe", R"(\\server\share\x)", R"(\\.\C:\x)", "the generic application", "C:x"})
+  for (const std::string text :
+       {"", "x.exe", R"(\\server\share\x)", R"(\\.\C:\x)", "the generic application", "C:x"})
     EXPECT_TRUE(PlacesOf({About(QuestionKind::kAttributes, text)}).paths.empty()) << text;
   EXPECT_EQ(FullDrivePath(L"C:\\x\\con\\..\\"), L"C:\\x");
 }
@@ -84,24 +86,21 @@ TEST(HostAskedPlaces, ReadsBytesOfNarrowCallsBothWays) {
 }
 
 TEST(HostAskedPlaces, HasTheVariablesOfTexts) {
-  const AskedPlaces places =
-      PlacesOf({About(QuestionKind::kExpandText, "%UserProfile%\\x\\%ProgramFiles(x86)%"),
-                About(QuestionKind::kEnvironment, "SystemDrive"), About(QuestionKind::kExpandText, "100% of\\ x%")});
+  const AskedPlaces places = PlacesOf(
+      {About(QuestionKind::kExpandText, "%UserProfile%\\x\\%ProgramFiles(x86)%"),
+       About(QuestionKind::kEnvironment, "SystemDrive"), About(QuestionKind::kExpandText, "100% of\\ x%")});
   EXPECT_THAT(places.variables, ElementsAre("PROGRAMFILES(X86)", "SYSTEMDRIVE", "USERPROFILE"));
 }
 
-TEST(HostAskedPlaces, HasTheFixedDrives) {
-  const AskedPlaces places = PlacesOf({About(QuestionKind::kDriveType, "C:", "fixed", {}, {true, "yes"}),
-                                       About(QuestionKind::kDriveType, "D:", "fixed", {}, {true, "no"})});
-  EXPECT_THAT(places.drives, ElementsAre(L"C:\\"));
-}
-
 TEST(HostSystemPlaces, KnowWhatIsWindowsOwn) {
-  const auto isSystem = [](const wchar_t* text) { return IsSystemKey(*PlaceOfKey(text, RegistryView::kNative)); };
+  const auto isSystem = [](const wchar_t* text) {
+    return IsSystemKey(*PlaceOfKey(text, RegistryView::kNative));
+  };
   EXPECT_TRUE(isSystem(LR"(HKEY_LOCAL_MACHINE\SYSTEM\Setup)"));
   EXPECT_TRUE(isSystem(LR"(HKEY_CLASSES_ROOT\.exe)"));
   EXPECT_TRUE(isSystem(LR"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Cryptography)"));
-  EXPECT_FALSE(isSystem(LR"(HKEY_LOCAL_MACHINE\SOFTWARE\WOW6432Node\Microsoft\Windows\CurrentVersion\Uninstall\x)"));
+  EXPECT_FALSE(
+      isSystem(LR"(HKEY_LOCAL_MACHINE\SOFTWARE\WOW6432Node\Microsoft\Windows\CurrentVersion\Uninstall\x)"));
   EXPECT_FALSE(isSystem(LR"(HKEY_CURRENT_USER\Software\Nest)"));
   EXPECT_TRUE(IsSystemPath(L"c:\\windows\\system32\\x.exe"));
   EXPECT_FALSE(IsSystemPath(L"c:\\windows\\installer\\{1}\\x.ico"));

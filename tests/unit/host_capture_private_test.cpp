@@ -41,11 +41,13 @@ TEST(HostCapturePrivate, KeepsTheLengthAndTheLettersOfAName) {
 TEST(HostCapturePrivate, FindsAProfileByItsPath) {
   EXPECT_EQ(Replaced(R"(D:\Users\Fiver\x and FIVER or fiver's, not fivers)"),
             R"(D:\Users\User1\x and USER1 or user1's, not fivers)");
-  EXPECT_EQ(Replaced(R"("C:\\Users\\fiver\\x" c:/users/fiver/y)"), R"("C:\\Users\\user1\\x" c:/users/user1/y)");
+  EXPECT_EQ(Replaced(R"("C:\\Users\\fiver\\x" c:/users/fiver/y)"),
+            R"("C:\\Users\\user1\\x" c:/users/user1/y)");
 }
 
 TEST(HostCapturePrivate, LeavesFoldersThatAreNobodys) {
-  for (const std::string text : {R"(C:\Users\Public\Games)", R"(C:\Users\Default\x)", R"(C:\Users\%username%\x)"})
+  for (const std::string text :
+       {R"(C:\Users\Public\Games)", R"(C:\Users\Default\x)", R"(C:\Users\%username%\x)"})
     EXPECT_EQ(Replaced(text), text);
 }
 
@@ -56,7 +58,8 @@ TEST(HostCapturePrivate, ReplacesAnOrdinaryWordOnlyWhereItIsAName) {
 TEST(HostCapturePrivate, FindsANameInEveryForm) {
   const std::string name = "Zo\u00eb Kowalski";
   const std::string texts[] = {
-      name, "ZO\u00cb KOWALSKI", "Zo\\u00eb Kowalski", "Zo%C3%AB%20Kowalski", Utf16(name), "x" + Utf16(name) + "y"};
+      name,        "ZO\u00cb KOWALSKI",    "Zo\\u00eb Kowalski", "Zo%C3%AB%20Kowalski",
+      Utf16(name), "x" + Utf16(name) + "y"};
   for (const std::string& text : texts) {
     const std::string replaced = Replaced(text, {name});
     EXPECT_EQ(replaced.size(), text.size());
@@ -82,8 +85,7 @@ TEST(HostCapturePrivate, FindsTheAnsiFormOfAName) {
 TEST(HostCapturePrivate, FindsSidsMailAddressesAndSteamIds) {
   EXPECT_EQ(Replaced("S-1-5-21-111-222-333-1001 S-1-5-18"), "S-1-5-21-100-000-000-0001 S-1-5-18");
   EXPECT_EQ(Replaced("<zoe.k@mail.example.org> logo@2x.png"), "<mai.l@0000.0000000.001> logo@2x.png");
-  EXPECT_EQ(Replaced("\"76561198012345678\" 176561198012345678"),
-            "\"76561191000000001\" 176561198012345678");
+  EXPECT_EQ(Replaced("\"76561198012345678\" 176561198012345678"), "\"76561191000000001\" 176561198012345678");
   EXPECT_EQ(Replaced("C:\\Steam\\userdata\\22202001\\x 22202001 userdata\\0\\"),
             "C:\\Steam\\userdata\\10000001\\x 10000001 userdata\\0\\");
 }
@@ -94,7 +96,8 @@ TEST(HostCapturePrivate, FindsNamedAccountsInTheFilesOfLaunchers) {
   EXPECT_EQ(Replaced(R"({"accountId": 99887766, "user_id":"a-b-c"} 99887766)"),
             R"({"accountId": 10000001, "user_id":"a-c-1"} 10000001)");
   EXPECT_EQ(Replaced("puuid: 0011223344556677\nname: x"), "puuid: 0000000000000001\nname: x");
-  EXPECT_EQ(Replaced(std::string("\1AccountName\0pennyw\0x", 21)), std::string("\1AccountName\0accou1\0x", 21));
+  EXPECT_EQ(Replaced(std::string("\1AccountName\0pennyw\0x", 21)),
+            std::string("\1AccountName\0accou1\0x", 21));
   EXPECT_EQ(Replaced("\"AccountName\" \"common\" steamapps/common"),
             "\"AccountName\" \"accou1\" steamapps/common");
 }

@@ -10,8 +10,8 @@
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
-#include <windows.h>
 #include <wincrypt.h>
+#include <windows.h>
 #include <fstream>
 
 namespace tarnwick {
@@ -212,16 +212,21 @@ class HostCapturePrivacy : public HostCapture {
 
   void BuildLaunchers() {
     const std::string items = R"(C:\ProgramData\Epic\EpicGamesLauncher\Data\Manifests\)";
-    desktop_.File(items + "a.item", R"({"DisplayName": "Nest", "AppName": "nest", "InstallLocation": "C:\\Users\\)" +
-                                        kLatin + R"(\\Games\\Nest", "by": "Zo\u00eb Kowalski", "u": "Zo%C3%AB%20Kowalski",)" +
-                                        R"( "mail": "zoe.k@mail.example.org", "accountId": "aabbccddeeff00112233"})");
-    desktop_.File(items + "b.item", Utf16("{\"who\": \"" + kCyrillic + "\", \"sid\": \"S-1-5-21-1004336348-77-88-1001\"}"));
-    desktop_.String(R"(HKEY_LOCAL_MACHINE\SOFTWARE\Valve\Steam)", "InstallPath", R"(C:\TarnwickTest\Steam)", View::k32);
-    desktop_.File(R"(C:\TarnwickTest\Steam\userdata\22202001\config\shortcuts.vdf)", "\1Owner\0x76561198012345678");
+    desktop_.File(items + "a.item",
+                  R"({"DisplayName": "Nest", "AppName": "nest", "InstallLocation": "C:\\Users\\)" + kLatin +
+                      R"(\\Games\\Nest", "by": "Zo\u00eb Kowalski", "u": "Zo%C3%AB%20Kowalski",)" +
+                      R"( "mail": "zoe.k@mail.example.org", "accountId": "aabbccddeeff00112233"})");
+    desktop_.File(items + "b.item",
+                  Utf16("{\"who\": \"" + kCyrillic + "\", \"sid\": \"S-1-5-21-1004336348-77-88-1001\"}"));
+    desktop_.String(R"(HKEY_LOCAL_MACHINE\SOFTWARE\Valve\Steam)", "InstallPath", R"(C:\TarnwickTest\Steam)",
+                    View::k32);
+    desktop_.File(R"(C:\TarnwickTest\Steam\userdata\22202001\config\shortcuts.vdf)",
+                  "\1Owner\0x76561198012345678");
     desktop_.Folder(R"(C:\TarnwickTest\Steam\steamapps)");
-    desktop_.File(R"(C:\TarnwickTest\Steam\steamapps\appmanifest_5.acf)",
-                  "\"AppState\"\n{\n\t\"LastOwner\"\t\t\"76561198012345678\"\n\t\"AccountName\"\t\t\"pennywort\"\n"
-                  "\t\"who\" \"PENNYWORT 22202001\"\n}\n");
+    desktop_.File(
+        R"(C:\TarnwickTest\Steam\steamapps\appmanifest_5.acf)",
+        "\"AppState\"\n{\n\t\"LastOwner\"\t\t\"76561198012345678\"\n\t\"AccountName\"\t\t\"pennywort\"\n"
+        "\t\"who\" \"PENNYWORT 22202001\"\n}\n");
   }
 
   const std::string kLatin = "Zo\u00eb Kowalski";
@@ -233,9 +238,9 @@ TEST_F(HostCapturePrivacy, LeavesNoPrivateThingInAnyForm) {
   const Json capture = Captured(true);
   const std::string text = Everything(capture);
   const std::string lower = common::Narrow(LowerText(common::Wide(text, common::Malformed::kReplaced)));
-  for (const std::string name : {"kowalski", "\u043b\u0438\u0441\u0438\u0447\u043a\u0430", "zo\\u00eb", "%c3%ab", "zoe.k",
-                                 "example.org", "1004336348", "22202001", "012345678", "pennywort",
-                                 "aabbccddeeff00112233"})
+  for (const std::string name :
+       {"kowalski", "\u043b\u0438\u0441\u0438\u0447\u043a\u0430", "zo\\u00eb", "%c3%ab", "zoe.k",
+        "example.org", "1004336348", "22202001", "012345678", "pennywort", "aabbccddeeff00112233"})
     EXPECT_THAT(lower, Not(HasSubstr(name)));
   for (const std::string& name : {std::string("Kowalski"), kCyrillic}) {
     EXPECT_THAT(text, Not(HasSubstr(Utf16(name))));
@@ -248,12 +253,15 @@ TEST_F(HostCapturePrivacy, ShowsTheSameMachineWithStandIns) {
   const Json manifest = Item(capture["data"], "path", R"(C:\TarnwickTest\Steam\steamapps\appmanifest_5.acf)");
   EXPECT_THAT(std::string(manifest["text"]), HasSubstr("\"AccountName\"\t\t\"account01\""));
   EXPECT_THAT(std::string(manifest["text"]), HasSubstr("ACCOUNT01 10000001"));
-  EXPECT_FALSE(Item(capture["data"], "path",
-                    R"(C:\TarnwickTest\Steam\userdata\10000001\config\shortcuts.vdf)").is_null());
+  EXPECT_FALSE(
+      Item(capture["data"], "path", R"(C:\TarnwickTest\Steam\userdata\10000001\config\shortcuts.vdf)")
+          .is_null());
   std::vector<std::string> programs;
   for (const Json& program : capture["programs"]) programs.push_back(program["path"]);
   EXPECT_THAT(programs, testing::Contains(HasSubstr("\\Us\u00e9 Er000001\\Games\\Wren\\wren.exe")));
-  EXPECT_THAT(programs, testing::Contains(HasSubstr("\\\u041f\u043e\u043b\u044c\u0437\u0430\u0431\\Games\\Wren\\wren.exe")));
+  EXPECT_THAT(
+      programs,
+      testing::Contains(HasSubstr("\\\u041f\u043e\u043b\u044c\u0437\u0430\u0431\\Games\\Wren\\wren.exe")));
 }
 
 TEST_F(HostCapturePrivacy, IsTheSameTwice) { EXPECT_EQ(Captured(true).dump(), Captured(true).dump()); }
@@ -262,7 +270,8 @@ TEST(HostCaptureText, HasALineForEachValueFileAndPicture) {
   MachineCopy machine;
   machine.catalogue = "C:\\a.xml";
   machine.drives = {"C:\\"};
-  machine.keys.push_back({"HKEY_CURRENT_USER\\Software\\A", RegistryView::kNative,
+  machine.keys.push_back({"HKEY_CURRENT_USER\\Software\\A",
+                          RegistryView::kNative,
                           {{"n", 4, {}, 5, {}}, {"t", 2, "x", {}, {}}, {"b", 3, {}, {}, "\x0A\x0B"}}});
   machine.folders.push_back({"C:\\L", true});
   machine.data.push_back({"C:\\a.xml", "<a/>", false, 4, 12, false});
