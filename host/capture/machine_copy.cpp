@@ -44,6 +44,7 @@ std::map<std::wstring, AskedPath> SpelledPaths(const AskedPlaces& places) {
 void CopyDrives(MachineCopy& copy) {
   std::set<std::string> drives;
   const auto add = [&](const std::string& path) { drives.insert(path.substr(0, 3)); };
+  for (const auto& [name, path] : copy.knownFolders) add(path);
   for (const FolderCopy& folder : copy.folders) add(folder.path);
   for (const DataCopy& data : copy.data) add(data.path);
   for (const ProgramCopy& program : copy.programs) add(program.path);
