@@ -12,6 +12,7 @@
 
 #include <wincrypt.h>
 #include <windows.h>
+#include <algorithm>
 #include <fstream>
 
 namespace tarnwick {
@@ -78,21 +79,34 @@ TEST_F(HostCapture, HasTheCatalogueWhole) {
             std::string(std::istreambuf_iterator<char>(file), {}));
 }
 
-TEST_F(HostCapture, HasValuesByTypeAndView) {
+Json GameByValue(const std::string& key) {
+  return OneGame({{"DisplayName", "Wren"},
+                  {"RegistryKey", key},
+                  {"RegistryPathKeyName", "Folder"},
+                  {"DefaultExe", "wren.exe"}});
+}
+
+TEST_F(HostCapture, HasAValueOfOneViewThere) {
   const std::string key = R"(HKEY_LOCAL_MACHINE\SOFTWARE\TarnwickTest\Wren)";
-  Build(desktop_, {{"catalogue", OneGame({{"DisplayName", "Wren"},
-                                          {"RegistryKey", key},
-                                          {"RegistryPathKeyName", "Folder"},
-                                          {"DefaultExe", "wren.exe"}})}});
+  Build(desktop_, {{"catalogue", GameByValue(key)}});
   desktop_.String(key, "folder", R"(C:\TarnwickTest\Wren)", View::k32);
-  desktop_.Dword(key, "Other", 5, View::k64);
-  const Json capture = Captured();
-  Json values;
-  for (const Json& item : capture["keys"]) {
-    if (item["key"] == key) values[std::string(item["view"])] = item["values"];
-  }
-  EXPECT_EQ(values["32"], Json::parse(R"([{"name":"folder","type":1,"text":"C:\\TarnwickTest\\Wren"}])"));
-  EXPECT_EQ(values["64"], Json::parse("[]"));
+  desktop_.Dword(key, "Other", 1, View::k32);
+  const Json keys = Captured()["keys"];
+  EXPECT_EQ(std::ranges::count_if(keys, [&](const Json& item) { return item["key"] == key; }), 1);
+  const Json found = Item(keys, "key", key);
+  ASSERT_TRUE(found.is_object());
+  EXPECT_EQ(found["view"], "32");
+  EXPECT_EQ(found["values"], Json::parse(R"([{"name":"folder","type":1,"text":"C:\\TarnwickTest\\Wren"}])"));
+}
+
+TEST_F(HostCapture, HasTheBytesOfATextThatIsOdd) {
+  const std::string key = R"(HKEY_CURRENT_USER\Software\TarnwickTest\Wren)";
+  Build(desktop_, {{"catalogue", GameByValue(key)}});
+  desktop_.RawValue(key, "Folder", 1, std::string("A\0B", 3));
+  const Json found = Item(Captured()["keys"], "key", key);
+  ASSERT_TRUE(found.is_object());
+  EXPECT_EQ(found["view"], "native");
+  EXPECT_EQ(found["values"], Json::parse(R"([{"name":"Folder","type":1,"hex":"410042"}])"));
 }
 
 TEST_F(HostCapture, HasAProgramsVersionAndIconsButNotItsCode) {
