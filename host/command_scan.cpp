@@ -4,15 +4,13 @@
 
 #include "core/scan_json.h"
 #include "foundation/com_scope.h"
-#include "host/catalogue_file.h"
 #include "host/command_output.h"
 #include "host/commands.h"
 #include "host/console.h"
 #include "host/explain/observed_scan.h"
-#include "host/failure.h"
 #include "host/html_page.h"
 #include "host/presentation.h"
-#include "host/progress.h"
+#include "host/scan_listener.h"
 #include "host/tables.h"
 #include "tarnwick/tarnwick.h"
 
@@ -23,44 +21,6 @@ struct Scan {
   std::string json;
   ScanReport report;
 };
-
-// Shows what the library logs: its lines where they were asked for, or else how far the scan is.
-class ScanListener {
- public:
-  explicit ScanListener(const Options& options)
-      : log_(options), draws_(!options.log && StandardErrorIsTerminal()) {}
-  ~ScanListener() {
-    if (draws_) DrawProgress("");
-  }
-  ScanListener(const ScanListener&) = delete;
-  ScanListener& operator=(const ScanListener&) = delete;
-
-  void Hear(const LogEntry& entry) {
-    if (began_.empty()) began_ = entry.stamp;
-    reporter_.Add(entry);
-    log_.Write(entry);
-    if (draws_) DrawProgress(ProgressText(reporter_));
-  }
-  void BeginAnew() { reporter_ = ScanReporter(); }
-  const ScanReport& Report() const { return reporter_.Report(); }
-  const std::string& Began() const { return began_; }
-
- private:
-  ScanReporter reporter_;
-  LogOutput log_;
-  std::string began_;
-  bool draws_;
-};
-
-// Throws for a catalogue that the library would answer with an empty list, or with another catalogue's games.
-std::string CheckedCatalogue(const Options& options) {
-  const std::string path = CatalogueToScan(options.catalogue);
-  const CatalogueFile file = InspectCatalogue(path);
-  if (!file.fault.empty()) throw std::runtime_error(file.fault);
-  const std::string warning = CatalogueWarning(path, file);
-  if (!warning.empty()) ReportLine(warning);
-  return path;
-}
 
 Scan RunTheScan(const Options& options) {
   ScanListener listener(options);

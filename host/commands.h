@@ -14,5 +14,6 @@ int RunWatch(const Options& options);
 int RunExplain(const Options& options);
 int RunEncipher(const Options& options);
 int RunDecipher(const Options& options);
+int RunCapture(const Options& options);
 
 }  // namespace tarnwick::host

@@ -16,7 +16,8 @@ constexpr Command kCommands[] = {
     {"scan", tarnwick::host::RunScan},         {"apps", tarnwick::host::RunApps},
     {"find", tarnwick::host::RunFind},         {"details", tarnwick::host::RunDetails},
     {"watch", tarnwick::host::RunWatch},       {"explain", tarnwick::host::RunExplain},
-    {"encipher", tarnwick::host::RunEncipher}, {"decipher", tarnwick::host::RunDecipher},
+    {"capture", tarnwick::host::RunCapture},   {"encipher", tarnwick::host::RunEncipher},
+    {"decipher", tarnwick::host::RunDecipher},
 };
 
 int RunCommand(const Options& options) {

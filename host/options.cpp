@@ -92,12 +92,16 @@ void AddIcons(CLI::App& command, Options& options, bool page) {
       ->check(WholeNumber(16, 256));
 }
 
-void AddScan(CLI::App& app, Options& options) {
-  CLI::App* scan = app.add_subcommand("scan", "Find the installed games");
-  scan->add_option(
+void AddCatalogueArgument(CLI::App& command, Options& options) {
+  command.add_option(
       "CATALOGUE", options.catalogue,
       "The catalogue file; without it MasterGameList_decrypted.xml or MasterGameList.xml in the current "
       "folder is used");
+}
+
+void AddScan(CLI::App& app, Options& options) {
+  CLI::App* scan = app.add_subcommand("scan", "Find the installed games");
+  AddCatalogueArgument(*scan, options);
   AddFormat(*scan, options, kAnyFormat);
   AddIcons(*scan, options, true);
   AddOutput(*scan, options);
@@ -134,11 +138,17 @@ void AddLookups(CLI::App& app, Options& options) {
 }
 
 void AddExplain(CLI::App& app, Options& options) {
-  CLI::App* explain = app.add_subcommand("explain", "Tell why a game is found or isn't");
-  explain->add_option("NAME", options.input, "The game's name or a part of it")
-      ->required()
-      ->check(
-          CLI::Validator([](std::string& text) { return std::string(text.empty() ? "is empty" : ""); }, ""));
+  CLI::App* explain = app.add_subcommand("explain", "Tell why a game or an application is found or isn't");
+  const CLI::Validator notEmpty([](std::string& text) { return std::string(text.empty() ? "is empty" : ""); },
+                                "");
+  CLI::App* choice = explain->add_option_group("", "");
+  CLI::Option* name = choice->add_option("NAME-OR-PATH", options.input,
+                                         "The game's name or a part of it, or an executable or folder");
+  CLI::Option* application =
+      choice->add_option("--app", options.application, "An installed application's name or a part of it");
+  name->check(notEmpty);
+  application->check(notEmpty);
+  choice->require_option(1);
   explain->add_option("CATALOGUE", options.catalogue, "The catalogue file, as for scan");
   AddFormat(*explain, options, kTextOrJson);
   explain->add_flag("--verbose", options.verbose, "Show every question to the machine with its answer");
@@ -164,6 +174,19 @@ void AddCatalogue(CLI::App& app, Options& options) {
     step->add_option("FILE", options.input, "The catalogue to read")->required();
     step->add_option("-o,--output", options.output, "The file to write")->required();
   }
+}
+
+void AddCapture(CLI::App& app, Options& options) {
+  CLI::App* capture =
+      app.add_subcommand("capture", "Write down what a scan of this machine sees, to look at elsewhere");
+  AddCatalogueArgument(*capture, options);
+  CLI::Option* output = capture->add_option("-o,--output", options.output, "The file to write");
+  capture->add_flag("--list", options.list, "List what would be written, and write no capture");
+  capture->add_flag("--with-apps", options.withApps, "Take the applications that are no games, too");
+  capture->callback([&options, output] {
+    if (!options.list && output->count() == 0) throw CLI::RequiredError("--output");
+  });
+  AddLog(*capture, options);
 }
 
 std::string ChosenCommand(const CLI::App& app) {
@@ -233,6 +256,7 @@ bool ParseOptions(const std::vector<std::string>& arguments, Options& options, i
   AddExplain(app, options);
   AddWatch(app, options);
   AddCatalogue(app, options);
+  AddCapture(app, options);
   try {
     // The parser takes its arguments last first.
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));

@@ -13,8 +13,7 @@ enum class Format { kTable, kJson, kNdjson, kCsv, kHtml };
 inline constexpr int32_t kDefaultIconSize = 56;
 
 struct Options {
-  std::string command;  // "scan", "apps", "find", "details", "watch", "explain", "encipher" or
-                        // "decipher"
+  std::string command;  // the name of the command, such as "scan", or of its part, such as "encipher"
   Format format = Format::kTable;
   std::string output;   // a file's path; empty for the standard output
   bool log = false;     // the library's log goes to the standard error
@@ -22,7 +21,7 @@ struct Options {
   bool noIcons = false;
   int32_t iconSize = kDefaultIconSize;
 
-  std::string catalogue;  // scan, explain: empty lets the library look in the current folder
+  std::string catalogue;  // scan, explain, capture: empty lets the library look in the current folder
   std::string filter;     // apps
   int32_t page = 1;
   bool pageAsked = false;  // --page or --page-size was given
@@ -30,9 +29,12 @@ struct Options {
   bool all = false;
   std::string input;  // find: the request file; details: the executable; explain: the name or path; encipher,
                       // decipher: the file to read
+  std::string application;   // explain: the application's name, where one is asked for instead
   bool verbose = false;      // explain
   int32_t intervalMs = 200;  // watch
   int32_t durationMs = 0;    // watch: 0 goes on until Ctrl+C
+  bool list = false;         // capture: tells what would be written
+  bool withApps = false;     // capture: all applications
 };
 
 // Exit codes of the program.

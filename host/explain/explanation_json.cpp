@@ -1,6 +1,6 @@
 #include "host/explain/explanation_json.h"
 
-#include "host/explain/question_words.h"
+#include "host/explain/question_json.h"
 
 #include <nlohmann/json.hpp>
 
@@ -9,28 +9,12 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::string AnswerText(const Heard& heard) {
-  const QuestionKind kind = heard.question.kind;
-  const bool file = kind == QuestionKind::kReadTextFile || kind == QuestionKind::kReadBinaryFile;
-  if (file && heard.answer.given) return AnswerInWords(heard);
-  // Values of the registry can have zero characters at their end.
-  return heard.answer.text.substr(0, heard.answer.text.find_last_not_of('\0') + 1);
-}
-
-Json QuestionJson(const Heard& heard) {
-  return {{"kind", NameOf(heard.question.kind)}, {"subject", heard.question.subject},
-          {"detail", heard.question.detail},     {"view", NameOf(heard.question.view)},
-          {"answer", AnswerText(heard)},         {"ok", heard.answer.given}};
-}
-
 Json StrategyJson(const StrategyVerdict& verdict) {
-  Json questions = Json::array();
-  for (const Heard& heard : *verdict.questions) questions.push_back(QuestionJson(heard));
   return {{"name", verdict.strategy},
           {"level", verdict.level},
           {"verdict", NameOf(verdict.verdict)},
           {"reason", verdict.reason},
-          {"questions", std::move(questions)}};
+          {"questions", QuestionsJson(*verdict.questions)}};
 }
 
 Json GameJson(const GameExplanation& game) {

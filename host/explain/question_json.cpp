@@ -14,6 +14,7 @@ std::string AnswerText(const Heard& heard) {
   const QuestionKind kind = heard.question.kind;
   const bool file = kind == QuestionKind::kReadTextFile || kind == QuestionKind::kReadBinaryFile;
   if (file && heard.answer.given) return AnswerInWords(heard);
+  // Values of the registry can have zero characters at their end.
   return heard.answer.text.substr(0, heard.answer.text.find_last_not_of('\0') + 1);
 }
 

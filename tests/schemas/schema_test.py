@@ -294,6 +294,19 @@ class Program(unittest.TestCase):
                 return [json.loads(line) for line in text.splitlines()]
         raise AssertionError("the watch saw no foreground process")
 
+    def test_capture(self):
+        path = pathlib.Path(FOLDER.name) / "machine.json"
+        tarnwick("capture", CATALOGUE, "-o", path)
+        capture = json.loads(path.read_text(encoding="utf-8"))
+        check(capture, schema("capture"))
+        refuses_spoilt(self, capture, schema("capture"))
+        for section in ("keys", "subfolders", "data", "programs"):
+            self.assertGreater(len(capture[section]), 10)
+            its_schema = {"$defs": schema("capture")["$defs"], **schema("capture")["properties"][section]}
+            refuses_spoilt(self, [max(capture[section], key=len)], {**its_schema, "minItems": 1})
+        listed = tarnwick("capture", CATALOGUE, "--list").splitlines()
+        self.assertEqual(len(listed), sum(len(capture[name]) for name in capture if name != "capture"))
+
     def test_empty_lists_have_the_shape_of_full_ones(self):
         nothing = ("apps", "--filter", "no application of this name")
         self.assertEqual(tarnwick(*nothing, "--format", "json"), "[]\n")

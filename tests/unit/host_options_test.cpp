@@ -66,6 +66,18 @@ TEST(HostOptions, EveryFormatHasItsName) {
   EXPECT_EQ(Parse({"scan"}).options.format, Format::kTable);
 }
 
+TEST(HostOptions, ACaptureNeedsAFileUnlessItIsOnlyListed) {
+  EXPECT_THAT(UsageError({"capture"}), HasSubstr("--output"));
+  EXPECT_THAT(UsageError({"capture", "list.xml"}), HasSubstr("--output"));
+  EXPECT_TRUE(Parse({"capture", "--list"}).options.list);
+  const Parsed parsed = Parse({"capture", "-o", "machine.json", "list.xml", "--with-apps"});
+  EXPECT_TRUE(parsed.ok);
+  EXPECT_EQ(parsed.options.command, "capture");
+  EXPECT_EQ(parsed.options.output, "machine.json");
+  EXPECT_EQ(parsed.options.catalogue, "list.xml");
+  EXPECT_TRUE(parsed.options.withApps);
+}
+
 TEST(HostOptions, AFormatThatACommandDoesNotHaveIsAUsageError) {
   EXPECT_THAT(UsageError({"find", "x", "--format", "html"}), HasSubstr("--format"));
   EXPECT_THAT(UsageError({"watch", "--format", "csv"}), HasSubstr("--format"));
