@@ -330,14 +330,14 @@ class Screen(World):
 
     def test_an_explanation_at_80_columns_has_one_verdict_for_each_strategy_and_wraps_no_line(self):
         terminal = on_terminal("explain", "far beacon", CATALOGUE)
-        self.assertEqual(terminal.wait(), 1)
-        lines = terminal.lines()
+        self.assertEqual(terminal.code, 1)
+        lines = terminal.lines
         self.assert_fits(lines, 80)
         self.assertEqual(lines[:2], ["Far Beacon", "  Not found."])
         verdicts = [line for line in lines if re.match(r"  [0-6]  \S", line)]
         self.assertEqual(len(verdicts), 23)
         for line in verdicts:
-            self.assertRegex(line[31:], r"^(found|not tried|missed|failed) +\S")
+            self.assertRegex(line[33:], r"^(found|not tried|missed|failed) +\S")
         self.assertIn("  6  GameUX Registry Search      not tried  the record has no GameGUID", verdicts)
         self.assertIn("  5  Default Exe Search          missed     C:\\Games\\Far Beacon\\beacon.exe", verdicts)
 

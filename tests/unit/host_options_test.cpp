@@ -45,7 +45,7 @@ std::string UsageError(const std::vector<std::string>& arguments) {
 
 TEST(HostOptions, AFormatIsTakenInAnyLetterCaseByEveryCommand) {
   const std::vector<std::vector<std::string>> commands = {
-      {"scan"}, {"apps"}, {"find", "request.json"}, {"details", "game.exe"}, {"watch"}};
+      {"scan"}, {"apps"}, {"find", "request.json"}, {"details", "game.exe"}, {"watch"}, {"explain", "Foo"}};
   for (std::vector<std::string> arguments : commands) {
     arguments.insert(arguments.end(), {"--format", "json"});
     for (const char* name : {"json", "JSON", "Json", "jSoN"}) {
@@ -182,6 +182,18 @@ TEST(HostOptions, AnArgumentThatBeginsWithASlashIsAPath) {
   EXPECT_EQ(Parse({"details", "/log"}).options.input, "/log");
   EXPECT_EQ(Parse({"find", "/h"}).options.input, "/h");
   EXPECT_EQ(Parse({"scan", "-o", "/tmp/games.json"}).options.output, "/tmp/games.json");
+}
+
+TEST(HostOptions, ExplainWantsANameAndTakesACatalogue) {
+  const Parsed parsed = Parse({"explain", "Foo 2", "games.xml", "--verbose"});
+  EXPECT_TRUE(parsed.ok);
+  EXPECT_EQ(parsed.options.command, "explain");
+  EXPECT_EQ(parsed.options.input, "Foo 2");
+  EXPECT_EQ(parsed.options.catalogue, "games.xml");
+  EXPECT_TRUE(parsed.options.verbose);
+  EXPECT_THAT(UsageError({"explain"}), HasSubstr("NAME"));
+  EXPECT_THAT(UsageError({"explain", ""}), HasSubstr("is empty"));
+  EXPECT_THAT(UsageError({"explain", "Foo", "--format", "csv"}), HasSubstr("csv"));
 }
 
 TEST(HostOptions, HelpThatCanNotBeWrittenIsAnError) {
