@@ -17,7 +17,7 @@ namespace {
 
 using tarnwick::common::HeardQuestions;
 
-constexpr int kRounds = 51;
+constexpr int kRounds = 101;
 constexpr char kCatalogue[] = R"(C:\TarnwickDemo\MasterGameList.xml)";
 
 size_t g_questions = 0;
@@ -50,7 +50,7 @@ void Run() {
     ratio.push_back(times[1] / times[0]);
     noise.push_back(times[2] / times[0]);
   }
-  std::printf("%zu questions in a scan\n%-28s %8s %8s %8s\n", g_questions, "quartiles of 51 rounds", "first",
+  std::printf("%zu questions in a scan\n%-28s %8s %8s %8s\n", g_questions, "quartiles of 101 rounds", "first",
               "median", "third");
   PrintRow("alone", alone, "ms");
   PrintRow("listened to", heard, "ms");
