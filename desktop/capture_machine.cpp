@@ -1,8 +1,8 @@
 // Edge: this machine's drives and links.
 #include "desktop/capture_machine.h"
 
+#include "common/capture_rules.h"
 #include "common/wide_text.h"
-#include "desktop/capture_rules.h"
 #include "desktop/windows_calls.h"
 #include "foundation/owner.h"
 
@@ -27,7 +27,7 @@ std::optional<FolderId> IdOf(const std::wstring& path) {
 std::string WindowsFolder() {
   wchar_t folder[MAX_PATH] = {};
   GetWindowsDirectoryW(folder, MAX_PATH);
-  return Folded(common::Narrow(folder));
+  return common::Folded(common::Narrow(folder));
 }
 
 // Empty if there is no such thing.
@@ -57,7 +57,7 @@ std::string DriveFault(char drive) {
 }
 
 std::string PlaceFault(const std::string& path) {
-  const std::string folded = Folded(path) + "\\";
+  const std::string folded = common::Folded(path) + "\\";
   const std::string windows = WindowsFolder() + "\\";
   if (folded.starts_with(windows) && !folded.starts_with(windows + "INSTALLER\\"))
     return "lies in one of the system's own folders";

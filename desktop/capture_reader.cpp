@@ -1,7 +1,7 @@
 // Reads a captured machine from JSON and refuses it for the first fault.
+#include "common/capture_rules.h"
 #include "desktop/capture.h"
 #include "desktop/capture_machine.h"
-#include "desktop/capture_rules.h"
 #include "desktop/description_parts.h"
 #include "desktop/machine_settings.h"
 #include "desktop/png_check.h"
@@ -41,10 +41,10 @@ void Refuse(const Node& node, const std::string& text, const std::string& fault)
 
 std::string AllowedPath(const Reading& reading, const Node& node) {
   const std::string told = Text(node);
-  const std::string path = TidyPath(told);
-  Refuse(node, told, PathFault(path, reading.drives));
+  const std::string path = common::TidyPath(told);
+  Refuse(node, told, common::PathFault(path, reading.drives));
   const std::string found = WithLongNames(path);
-  Refuse(node, told, PathFault(found, reading.drives));
+  Refuse(node, told, common::PathFault(found, reading.drives));
   Refuse(node, told, PlaceFault(found));
   return found;
 }
@@ -59,7 +59,7 @@ std::string FilePath(Reading& reading, const Node& item) {
   const Node node = Member(item, "path");
   const std::string path = AllowedPath(reading, node);
   if (path.size() <= 3) Fail(node, Shown(path) + "is a drive, not a file");
-  const std::string folded = Folded(path);
+  const std::string folded = common::Folded(path);
   RefuseTwice(node, path, reading.files, folded);
   RefuseTwice(node, path, reading.folders, folded);
   reading.files[folded] = node.place;
@@ -69,8 +69,8 @@ std::string FilePath(Reading& reading, const Node& item) {
 std::string FolderPath(Reading& reading, const Node& item) {
   const Node node = Member(item, "path");
   const std::string path = AllowedPath(reading, node);
-  RefuseTwice(node, path, reading.folders, Folded(path));
-  reading.folders[Folded(path)] = node.place;
+  RefuseTwice(node, path, reading.folders, common::Folded(path));
+  reading.folders[common::Folded(path)] = node.place;
   return path;
 }
 
@@ -138,8 +138,8 @@ void ReadEnvironment(Reading& reading, const Node& head) {
   if (!variables) return;
   std::set<std::string> known;
   for (const auto& [name, node] : Members(*variables)) {
-    Refuse(*variables, name, VariableFault(name));
-    if (!known.insert(Folded(name)).second) Fail(*variables, Shown(name) + "stands there twice");
+    Refuse(*variables, name, common::VariableFault(name));
+    if (!known.insert(common::Folded(name)).second) Fail(*variables, Shown(name) + "stands there twice");
     const std::string text = Text(node);
     if (text.size() > 32766 || text.find('\0') != std::string::npos) Fail(node, "is no text of a variable");
     reading.capture.environment[name] = text;
@@ -166,7 +166,8 @@ void RequireCatalogue(const Reading& reading, const Node& head) {
   const std::optional<Node> node = Optional(head, "catalogue");
   if (!node || Text(*node).empty()) return;
   const std::string path = AllowedPath(reading, *node);
-  if (!reading.files.contains(Folded(path))) Fail(*node, Shown(path) + "is not among the captured files");
+  if (!reading.files.contains(common::Folded(path)))
+    Fail(*node, Shown(path) + "is not among the captured files");
 }
 
 // keys
@@ -202,7 +203,7 @@ std::vector<CapturedValue> ReadValues(const Node& item) {
   std::set<std::string> known;
   for (const Node& node : ItemsMember(item, "values")) {
     values.push_back(ReadValue(node));
-    if (!known.insert(Folded(values.back().name)).second)
+    if (!known.insert(common::Folded(values.back().name)).second)
       Fail(node, Shown(values.back().name) + "stands in this key twice");
   }
   return values;
@@ -213,11 +214,12 @@ void ReadKeys(Reading& reading, const Node& section) {
   for (const Node& item : Items(section)) {
     OnlyMembers(item, {"key", "view", "values"});
     const Node node = Member(item, "key");
-    const std::string key = TidyKey(Text(node));
+    const std::string key = common::TidyKey(Text(node));
     const View view = ViewMember(item, View::kNative);
     const std::vector<CapturedValue> values = ReadValues(item);
-    Refuse(node, Text(node), KeyFault(key, !values.empty()));
-    if (!known.insert({Folded(key), view}).second) Fail(node, Shown(key) + "stands there twice in this view");
+    Refuse(node, Text(node), common::KeyFault(key, !values.empty()));
+    if (!known.insert({common::Folded(key), view}).second)
+      Fail(node, Shown(key) + "stands there twice in this view");
     reading.capture.keys.push_back({key, view, values});
   }
 }

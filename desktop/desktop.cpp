@@ -1,7 +1,7 @@
 // The desktop itself: keeps the journal of what was made, and undoes it.
 #include "desktop/desktop.h"
 
-#include "desktop/capture_rules.h"
+#include "common/capture_rules.h"
 #include "desktop/file_maker.h"
 #include "desktop/held_folder.h"
 #include "desktop/journal.h"
@@ -121,7 +121,9 @@ void Desktop::ModifiedTime(const std::string& path, int64_t unixSeconds) {
   state_->Learn(Kind::kTime, path);
 }
 
-void Desktop::HoldFolder(const std::string& path) { HoldFolderApart(TidyPath(path), state_->journal); }
+void Desktop::HoldFolder(const std::string& path) {
+  HoldFolderApart(common::TidyPath(path), state_->journal);
+}
 
 void Desktop::Junction(const std::string& path, const std::string& target) {
   MakeJunction(path, target, state_->journal);

@@ -1,8 +1,8 @@
 // Edge: a process and an event.
 #include "desktop/held_folder.h"
 
+#include "common/capture_rules.h"
 #include "common/wide_text.h"
-#include "desktop/capture_rules.h"
 #include "desktop/windows_calls.h"
 #include "foundation/owner.h"
 
@@ -17,7 +17,7 @@ constexpr DWORD kPause = 10;  // milliseconds
 
 // By this the holder is told to let go.
 std::wstring EventName(const std::string& path) {
-  return L"TarnwickDesktopHolds-" + std::to_wstring(std::hash<std::string>()(Folded(path)));
+  return L"TarnwickDesktopHolds-" + std::to_wstring(std::hash<std::string>()(common::Folded(path)));
 }
 
 bool IsHeld(const std::string& path) {

@@ -1,6 +1,6 @@
 #include "desktop/machine_settings.h"
 
-#include "desktop/capture_rules.h"
+#include "common/capture_rules.h"
 
 #include <array>
 
@@ -72,10 +72,10 @@ void SetKnownFolder(Desktop& desktop, const std::string& name, const std::string
 }
 
 void SetVariable(Desktop& desktop, const std::string& name, const std::string& text) {
-  if (IsMachinesOwnVariable(name)) return;
+  if (common::IsMachinesOwnVariable(name)) return;
   desktop.String("HKEY_CURRENT_USER\\Environment", name, text);
   desktop.String("HKEY_CURRENT_USER\\Volatile Environment", name, text);
-  const std::string folded = Folded(name);
+  const std::string folded = common::Folded(name);
   for (const Setting& setting : kVariableSettings)
     if (folded == setting.subject) Apply(desktop, setting, text);
 }

@@ -141,15 +141,16 @@ void AddExplain(CLI::App& app, Options& options) {
   CLI::App* explain = app.add_subcommand("explain", "Tell why a game or an application is found or isn't");
   const CLI::Validator notEmpty([](std::string& text) { return std::string(text.empty() ? "is empty" : ""); },
                                 "");
-  CLI::App* choice = explain->add_option_group("", "");
-  CLI::Option* name = choice->add_option("NAME-OR-PATH", options.input,
-                                         "The game's name or a part of it, or an executable or folder");
-  CLI::Option* application =
-      choice->add_option("--app", options.application, "An installed application's name or a part of it");
-  name->check(notEmpty);
-  application->check(notEmpty);
-  choice->require_option(1);
+  CLI::Option* name = explain->add_option("NAME-OR-PATH", options.input,
+                                          "The game's name or a part of it, or an executable or folder");
   explain->add_option("CATALOGUE", options.catalogue, "The catalogue file, as for scan");
+  CLI::Option* application =
+      explain->add_option("--app", options.application, "An installed application's name or a part of it");
+  name->check(notEmpty)->excludes(application);
+  application->check(notEmpty);
+  explain->callback([name, application] {
+    if (name->count() + application->count() == 0) throw CLI::RequiredError("NAME-OR-PATH or --app");
+  });
   AddFormat(*explain, options, kTextOrJson);
   explain->add_flag("--verbose", options.verbose, "Show every question to the machine with its answer");
   AddOutput(*explain, options);

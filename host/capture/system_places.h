@@ -12,7 +12,7 @@ namespace tarnwick::host {
 // there, but for the places where applications register.
 bool IsSystemKey(const KeyPlace& place);
 
-// Such as C:\Windows. The path is in lower case.
-bool IsSystemPath(const std::wstring& lowerPath);
+// Such as C:\Windows.
+bool IsSystemPath(const std::wstring& path);
 
 }  // namespace tarnwick::host

@@ -1,6 +1,7 @@
 #pragma once
-// Where the things of a captured machine may stand. A capture comes from somebody else, so that nothing in it
-// may reach out of the machine's own drives, or into what Windows itself runs on.
+// Where the things of a captured machine may stand, for those who write captures and those who build them. A
+// capture comes from somebody else, so that nothing in it may reach out of the machine's own drives, or into
+// what Windows itself runs on; what would be refused isn't captured.
 //
 // A function that finds a fault gives the reason, as it stands behind the path or key in a message; nothing
 // if all is well.
@@ -8,7 +9,7 @@
 #include <set>
 #include <string>
 
-namespace tarnwick::desktop {
+namespace tarnwick::common {
 
 // As Windows compares names: without regard to case.
 std::string Folded(const std::string& text);
@@ -18,6 +19,9 @@ std::string TidyPath(const std::string& path);
 
 // `path` is tidy. The drives are capital letters.
 std::string PathFault(const std::string& path, const std::set<char>& drives);
+
+// The part of PathFault that is about places of Windows' own, such as C:\Windows.
+std::string SystemPathFault(const std::string& path);
 
 // The hive in capitals, one backslash between names, none at the end.
 std::string TidyKey(const std::string& key);
@@ -30,4 +34,4 @@ std::string VariableFault(const std::string& name);
 // Variables that this machine needs as they are to run programs at all.
 bool IsMachinesOwnVariable(const std::string& name);
 
-}  // namespace tarnwick::desktop
+}  // namespace tarnwick::common

@@ -1,4 +1,4 @@
-#include "desktop/capture_rules.h"
+#include "common/capture_rules.h"
 
 #include "common/wide_text.h"
 #include "foundation/windows_api.h"
@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-namespace tarnwick::desktop {
+namespace tarnwick::common {
 namespace {
 
 constexpr size_t kLongestName = 255;  // UTF-16 units, of a file's name and of a key's
@@ -33,7 +33,7 @@ std::string Joined(const Names& names) {
   return text;
 }
 
-size_t Units(const std::string& text) { return common::Wide(text).size(); }
+size_t Units(const std::string& text) { return Wide(text).size(); }
 
 bool HasControls(const std::string& text) {
   return std::any_of(text.begin(), text.end(),
@@ -125,13 +125,13 @@ std::string WithoutWow(const std::string& below) {
 }  // namespace
 
 std::string Folded(const std::string& text) {
-  std::wstring wide = common::Wide(text);
+  std::wstring wide = Wide(text);
   if (wide.empty()) return {};
   const int units = static_cast<int>(wide.size());
   std::wstring upper(wide.size(), L'\0');
   LCMapStringEx(LOCALE_NAME_INVARIANT, LCMAP_UPPERCASE, wide.data(), units, upper.data(), units, nullptr,
                 nullptr, 0);
-  return common::Narrow(upper);
+  return Narrow(upper);
 }
 
 std::string TidyPath(const std::string& path) {
@@ -152,6 +152,8 @@ std::string PathFault(const std::string& path, const std::set<char>& drives) {
     if (const std::string fault = NameFault(name); !fault.empty()) return fault;
   return SystemFault(path, names);
 }
+
+std::string SystemPathFault(const std::string& path) { return SystemFault(path, Split(path)); }
 
 std::string TidyKey(const std::string& key) {
   Names names = Split(key);
@@ -189,4 +191,4 @@ bool IsMachinesOwnVariable(const std::string& name) {
   return own.contains(folded) || folded.starts_with("WINE") || folded.starts_with("TARNWICK");
 }
 
-}  // namespace tarnwick::desktop
+}  // namespace tarnwick::common
