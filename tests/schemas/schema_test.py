@@ -249,14 +249,22 @@ class Program(unittest.TestCase):
         self.assertEqual(bare, {**details, "ico": ""})
 
     def explained(self, name, code):
-        result = start(TARNWICK, "explain", name, CATALOGUE, "--format", "json")
+        return self.checked_explanation("explanation", code, name, CATALOGUE)
+
+    def checked_explanation(self, name, code, *arguments):
+        result = start(TARNWICK, "explain", *arguments, "--format", "json")
         self.assertEqual(result.returncode, code, result.stderr.decode())
         text = result.stdout.decode("utf-8")
         self.assertEqual(text.count("\n"), 1)
         explanation = json.loads(text)
-        check(explanation, schema("explanation"))
-        refuses_spoilt(self, explanation, schema("explanation"))
+        check(explanation, schema(name))
+        refuses_spoilt(self, explanation, schema(name))
         return explanation
+
+    def refuses_spoilt_parts(self, name, parts):
+        """Each of the parts, by its definition's name, with a member left out, renamed or of another type."""
+        for definition, part in parts:
+            refuses_spoilt(self, part, {"$defs": schema(name)["$defs"], "$ref": f"#/$defs/{definition}"})
 
     def test_explain(self):
         found = self.explained("kiteborne", 0)["records"]
@@ -264,18 +272,28 @@ class Program(unittest.TestCase):
         self.assertEqual(found[0]["foundBy"], "Steam Games Scan")
         missing = self.explained("far beacon", 1)["records"]
         self.assertEqual([(game["name"], game["outcome"]) for game in missing], [("Far Beacon", "missing")])
-        for definition, value in (
-            ("record", missing[0]),
-            ("strategy", missing[0]["strategies"]),
-            ("question", missing[0]["strategies"][-1]["questions"]),
-        ):
-            whole = schema("explanation")
-            refuses_spoilt(self, value[0] if isinstance(value, list) else value,
-                           {"$defs": whole["$defs"], "$ref": f"#/$defs/{definition}"})
+        strategy = missing[0]["strategies"][-1]
+        self.refuses_spoilt_parts("explanation", [("record", missing[0]), ("strategy", strategy),
+                                                  ("question", strategy["questions"][0])])
         self.assertEqual(self.explained("no game of this name", 1)["records"], [])
         many = self.explained("a", 0)
         self.assertEqual(len(many["records"]), 10)
         self.assertGreater(many["further"], 10)
+
+    def test_explain_path(self):
+        whole = self.checked_explanation("path-explanation", 0, r"C:\Games\Copper Kestrel\kestrel.exe", CATALOGUE)
+        self.assertEqual([record["name"] for record in whole["records"]], ["Copper Kestrel"])
+        self.assertEqual((whole["kind"], whole["inScan"]), ("file", True))
+        self.refuses_spoilt_parts("path-explanation", [("strategy", whole["strategies"][0])])
+        missing = self.checked_explanation("path-explanation", 1, r"C:\Games\Nowhere\nothing.exe", CATALOGUE)
+        self.assertEqual((missing["kind"], missing["icon"]), ("missing", None))
+
+    def test_explain_application(self):
+        listed = self.checked_explanation("application-explanation", 0, "--app", "fernpad")
+        self.assertEqual([app["verdict"] for app in listed["applications"]], ["listed"])
+        app = listed["applications"][0]
+        self.refuses_spoilt_parts("application-explanation", [("application", app), ("question", app["questions"][0])])
+        self.assertEqual(self.checked_explanation("application-explanation", 1, "--app", "no such app")["applications"], [])
 
     def test_watch(self):
         with subprocess.Popen([*WINE, "notepad"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL) as window:
