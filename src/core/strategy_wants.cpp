@@ -74,6 +74,53 @@ const std::vector<Field> kAllExes = {&G::DefaultExe,       &G::DefaultExe32,    
 // A 64-bit process never takes DefaultFolder64.
 const std::vector<Field> kFolders = {&G::DefaultFolder, &G::DefaultFolder32};
 
+const std::vector<StrategyWants> kWants = {
+    {"Default Registry Scan",
+     kEach,
+     {One(&G::RegistryKey), Later(kExes)},
+     kAnySource,
+     {kSourceSteam},
+     nullptr,
+     &G::RegistryPathKeyName},
+    {"Registry Search Scan",
+     kEach,
+     {One(&G::RegistryKey), One(&G::RegistryPathKeyName)},
+     kAnySource,
+     {kSourceSteam},
+     &G::LaunchUrl},
+    {"Uninstall Registry Search", kEach, {One(&G::GameGUID)}, kAnySource, {kSourceSteam}},
+    {"User Folder Exe Search", kEach, {One(&G::DefaultExe), {kFolders, "userprofile"}}},
+    {"GameUX Registry Search", kLookup, {One(&G::GameGUID)}},
+    {"Default Exe Search",
+     kEach,
+     {One(&G::DefaultExe), {kFolders}},
+     kAnySource,
+     {kSourceSteam, kSourceEpic, kSourceUwp}},
+    {"Steam Shortcuts Search", kNone},
+    {"Arc Registry Search", kHelp, {One(&G::RegistryKey)}, kSourceArc},
+    {"GOG Registry Search", kNone},
+    {"Uplay Configuration Search", kNone},
+    {"EA Registry Search", kNone},
+    {"Riot Platform Search", kLookup, {One(&G::RunningExe)}, kSourceRiot},
+    {"Mihoyo Platform Search",
+     kLookup,
+     {One(&G::SourceExId), Later({&G::RunningExe, &G::DefaultExe})},
+     kSourceMihoyo},
+    {"Bethesda Registry", kLookup, {One(&G::LaunchUrl), Later({&G::DefaultExe})}, kSourceBethesda},
+    {"Itch.io Search", kNone},
+    {"Twitch Search", kNone},
+    {"GameUX Info Search", kNone},
+    {"Epic Games Scan", kHelp, {One(&G::LaunchUrl), One(&G::DefaultExe)}, kSourceEpic},
+    {"UWP/Microsoft Store Scan", kHelp, {One(&G::GameInfo), One(&G::DefaultExe)}, kSourceUwp},
+    {"Battle.net Search V2", kHelp, {One(&G::SourceExId), {kAllExes}}, kSourceBattleNet},
+    {"Steam Games Scan", kLookup, {One(&G::SourceExId), {kAllExes}}, kSourceSteam},
+    {"Steam Default ID",
+     kEach,
+     {One(&G::SourceExId), Later({&G::DefaultExe}), Later({&G::DefaultFolder}, "steamapps")},
+     kSourceSteam},
+    {"Steam AppInfo Scan", kNone},
+};
+
 std::string JoinedNames(const std::vector<Field>& fields) {
   std::string names;
   for (size_t i = 0; i < fields.size(); ++i) {
@@ -113,55 +160,7 @@ std::string WhySourceRefused(const StrategyWants& wants, const GameSignature& re
 
 }  // namespace
 
-const std::vector<StrategyWants>& AllStrategyWants() {
-  static const std::vector<StrategyWants> kWants = {
-      {"Default Registry Scan",
-       kEach,
-       {One(&G::RegistryKey), Later(kExes)},
-       kAnySource,
-       {kSourceSteam},
-       nullptr,
-       &G::RegistryPathKeyName},
-      {"Registry Search Scan",
-       kEach,
-       {One(&G::RegistryKey), One(&G::RegistryPathKeyName)},
-       kAnySource,
-       {kSourceSteam},
-       &G::LaunchUrl},
-      {"Uninstall Registry Search", kEach, {One(&G::GameGUID)}, kAnySource, {kSourceSteam}},
-      {"User Folder Exe Search", kEach, {One(&G::DefaultExe), {kFolders, "userprofile"}}},
-      {"GameUX Registry Search", kLookup, {One(&G::GameGUID)}},
-      {"Default Exe Search",
-       kEach,
-       {One(&G::DefaultExe), {kFolders}},
-       kAnySource,
-       {kSourceSteam, kSourceEpic, kSourceUwp}},
-      {"Steam Shortcuts Search", kNone},
-      {"Arc Registry Search", kHelp, {One(&G::RegistryKey)}, kSourceArc},
-      {"GOG Registry Search", kNone},
-      {"Uplay Configuration Search", kNone},
-      {"EA Registry Search", kNone},
-      {"Riot Platform Search", kLookup, {One(&G::RunningExe)}, kSourceRiot},
-      {"Mihoyo Platform Search",
-       kLookup,
-       {One(&G::SourceExId), Later({&G::RunningExe, &G::DefaultExe})},
-       kSourceMihoyo},
-      {"Bethesda Registry", kLookup, {One(&G::LaunchUrl), Later({&G::DefaultExe})}, kSourceBethesda},
-      {"Itch.io Search", kNone},
-      {"Twitch Search", kNone},
-      {"GameUX Info Search", kNone},
-      {"Epic Games Scan", kHelp, {One(&G::LaunchUrl), One(&G::DefaultExe)}, kSourceEpic},
-      {"UWP/Microsoft Store Scan", kHelp, {One(&G::GameInfo), One(&G::DefaultExe)}, kSourceUwp},
-      {"Battle.net Search V2", kHelp, {One(&G::SourceExId), {kAllExes}}, kSourceBattleNet},
-      {"Steam Games Scan", kLookup, {One(&G::SourceExId), {kAllExes}}, kSourceSteam},
-      {"Steam Default ID",
-       kEach,
-       {One(&G::SourceExId), Later({&G::DefaultExe}), Later({&G::DefaultFolder}, "steamapps")},
-       kSourceSteam},
-      {"Steam AppInfo Scan", kNone},
-  };
-  return kWants;
-}
+const std::vector<StrategyWants>& AllStrategyWants() { return kWants; }
 
 const StrategyWants& WantsOf(const std::string& strategy) {
   for (const StrategyWants& wants : AllStrategyWants()) {
