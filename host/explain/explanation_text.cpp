@@ -104,7 +104,7 @@ std::string NothingNamed(const Explanation& explanation, size_t width) {
                           explanation.subject),
               width);
   for (const std::string& similar : explanation.similar) text += Hanging("  Did you mean: ", similar, width);
-  return text;
+  return text + Hanging("  Next: ", "for an installed application that is no game, ask with --app.", width);
 }
 
 std::string Summary(const Explanation& explanation, size_t width) {
