@@ -13,5 +13,7 @@ int RunDetails(const Options& options);
 int RunWatch(const Options& options);
 int RunEncipher(const Options& options);
 int RunDecipher(const Options& options);
+int RunCatalogueCheck(const Options& options);
+int RunCatalogueFix(const Options& options);
 
 }  // namespace tarnwick::host

@@ -16,7 +16,8 @@ constexpr Command kCommands[] = {
     {"scan", tarnwick::host::RunScan},         {"apps", tarnwick::host::RunApps},
     {"find", tarnwick::host::RunFind},         {"details", tarnwick::host::RunDetails},
     {"watch", tarnwick::host::RunWatch},       {"encipher", tarnwick::host::RunEncipher},
-    {"decipher", tarnwick::host::RunDecipher},
+    {"decipher", tarnwick::host::RunDecipher}, {"check", tarnwick::host::RunCatalogueCheck},
+    {"fix", tarnwick::host::RunCatalogueFix},
 };
 
 int RunCommand(const Options& options) {

@@ -13,7 +13,7 @@ enum class Format { kTable, kJson, kNdjson, kCsv, kHtml };
 inline constexpr int32_t kDefaultIconSize = 56;
 
 struct Options {
-  std::string command;  // "scan", "apps", "find", "details", "watch", "encipher" or "decipher"
+  std::string command;  // "scan", "apps", "find", "details", "watch", or the catalogue's "encipher", ...
   Format format = Format::kTable;
   std::string output;   // a file's path; empty for the standard output
   bool log = false;     // the library's log goes to the standard error
@@ -30,6 +30,7 @@ struct Options {
   std::string input;  // find: the request file; details: the executable; encipher, decipher: the file to read
   int32_t intervalMs = 200;  // watch
   int32_t durationMs = 0;    // watch: 0 goes on until Ctrl+C
+  bool strict = false;       // catalogue check
 };
 
 // Exit codes of the program.

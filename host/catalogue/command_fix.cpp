@@ -1,0 +1,8 @@
+// tarnwick catalogue fix, for those who keep catalogues.
+#include "host/commands.h"
+
+namespace tarnwick::host {
+
+int RunCatalogueFix(const Options&) { return kExitFailure; }
+
+}  // namespace tarnwick::host
