@@ -12,7 +12,7 @@ list(APPEND TARNWICK_NATIVE_UNITS
   ${PROJECT_SOURCE_DIR}/src/core/merge.cpp)
 
 # Of the program, what reads a catalogue for its checks.
-foreach(unit check_encoding check_findings check_layout check_rules check_text check_wants)
+foreach(unit check_characters check_encoding check_findings check_layout check_rules check_text check_wants fix_text)
   list(APPEND TARNWICK_NATIVE_HOST_UNITS ${PROJECT_SOURCE_DIR}/host/catalogue/${unit}.cpp)
 endforeach()
 list(APPEND TARNWICK_NATIVE_UNITS ${TARNWICK_NATIVE_HOST_UNITS})

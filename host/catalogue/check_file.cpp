@@ -10,6 +10,7 @@
 #include <system_error>
 #include <utility>
 
+#include "host/catalogue/check_characters.h"
 #include "host/catalogue/check_parser.h"
 #include "host/catalogue/check_text.h"
 #include "host/console.h"
@@ -23,6 +24,15 @@ bool IsNoText(const Findings& findings) {
   return std::ranges::any_of(findings.list, [](const Finding& finding) {
     return finding.check == kUtf16 || finding.check == kNotDeciphered || finding.check == kTooLarge;
   });
+}
+
+// The first of what the parser and the strict look at characters find: behind a document type its entities
+// are no fault of their own.
+std::optional<Finding> FirstFault(std::string_view text) {
+  std::optional<Finding> fault = FindParserFault(text);
+  std::optional<Finding> character = FindCharacterFault(text);
+  if (!fault || (character && fault->check == kNotWellFormed && character->at < fault->at)) return character;
+  return fault;
 }
 
 }  // namespace
@@ -41,7 +51,7 @@ CatalogueText ReadCatalogueText(const std::string& path) {
 Findings CheckWholeText(std::string_view text) {
   Findings findings = CheckText(text);
   if (!IsNoText(findings)) {
-    if (std::optional<Finding> fault = FindParserFault(text)) AddFinding(findings, *std::move(fault));
+    if (std::optional<Finding> fault = FirstFault(text)) AddFinding(findings, *std::move(fault));
   }
   PlaceFindings(findings, text);
   return findings;

@@ -80,6 +80,14 @@ std::string ForParser(std::string_view text) {
   return bytes;
 }
 
+// Wine's parser waits for ever where the text ends inside of some markup. So it gets an end that closes
+// whatever may be open, and closes an element that the text doesn't have: behind it there is always an error.
+std::string FalseEnd(std::string_view text) {
+  std::string name = "_";
+  while (text.find("<" + name) != text.npos) name += '_';
+  return "-->]]>?>\"'></" + name + ">";
+}
+
 using CreateReader = HRESULT(WINAPI*)(REFIID, void**, IMalloc*);
 
 ComPointer<IXmlReader> OpenReader(HMODULE library) {
@@ -99,22 +107,45 @@ Finding FaultAt(std::string_view text, IXmlReader& reader, Check check, std::str
   return {OffsetOf(text, std::max(line, 1u), std::max(column, 1u)), check, {}, std::move(message)};
 }
 
-// Reads to the end or to the first fault. The depth is counted here: the parser may leave it unlimited.
-std::optional<Finding> ReadAllNodes(std::string_view text, IXmlReader& reader) {
+struct Progress {
   size_t depth = 0;
+  bool rootSeen = false;
+};
+
+// Goes through the nodes to the first error, or until they are nested too deeply; that is counted here, for
+// the parser may leave it unlimited.
+HRESULT ReadNodes(IXmlReader& reader, Progress& progress) {
   XmlNodeType type = XmlNodeType_None;
   HRESULT result = S_OK;
-  while ((result = reader.Read(&type)) == S_OK) {
-    if (type == XmlNodeType_Element && !reader.IsEmptyElement()) ++depth;
-    if (type == XmlNodeType_EndElement) --depth;
-    if (depth > kMostDepth)
-      return FaultAt(text, reader, kTooDeep, fmt::format("elements are nested deeper than {}", kMostDepth));
+  while (progress.depth <= kMostDepth && (result = reader.Read(&type)) == S_OK) {
+    progress.rootSeen = progress.rootSeen || type == XmlNodeType_Element;
+    if (type == XmlNodeType_Element && !reader.IsEmptyElement()) ++progress.depth;
+    if (type == XmlNodeType_EndElement && progress.depth > 0) --progress.depth;
   }
+  return result;
+}
+
+// Is there nothing but white space from here on?
+bool IsBlankFrom(std::string_view text, size_t at) { return text.find_first_not_of(" \t\r\n", at) == text.npos; }
+
+bool EndsInComment(std::string_view text) {
+  const size_t begin = text.rfind("<!--");
+  return begin != text.npos && text.find("-->", begin + 4) == text.npos;
+}
+
+std::optional<Finding> FaultOf(std::string_view text, IXmlReader& reader) {
+  Progress progress;
+  const HRESULT result = ReadNodes(reader, progress);
+  if (progress.depth > kMostDepth)
+    return FaultAt(text, reader, kTooDeep, fmt::format("elements are nested deeper than {}", kMostDepth));
   if (result == kCode(WC_E_DTDPROHIBITED))
     return FaultAt(text, reader, kDocumentType, "a document type: the library leaves its entities unresolved");
-  if (FAILED(result)) return FaultAt(text, reader, kNotWellFormed, TextOfError(result));
-  if (depth > 0) return FaultAt(text, reader, kNotWellFormed, TextOfError(kCode(MX_E_INPUTEND)));
-  return std::nullopt;
+  Finding fault = FaultAt(text, reader, kNotWellFormed, TextOfError(result));
+  if (EndsInComment(text)) fault = {text.rfind("<!--"), kNotWellFormed, {}, "a comment that isn't closed"};
+  if (!IsBlankFrom(text, fault.at)) return fault;
+  if (!progress.rootSeen) return Finding{0, kNotWellFormed, {}, TextOfError(kCode(WC_E_ROOTELEMENT))};
+  if (progress.depth == 0) return std::nullopt;
+  return Finding{text.size(), kNotWellFormed, {}, TextOfError(kCode(MX_E_INPUTEND))};
 }
 
 }  // namespace
@@ -122,12 +153,12 @@ std::optional<Finding> ReadAllNodes(std::string_view text, IXmlReader& reader) {
 std::optional<Finding> FindParserFault(std::string_view text) {
   const Module library(LoadLibraryExW(L"xmllite.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32));
   const ComPointer<IXmlReader> reader = OpenReader(library.Get());
-  const std::string bytes = ForParser(text);
+  const std::string bytes = ForParser(text) + FalseEnd(text);
   const ComPointer<IStream> stream(
       SHCreateMemStream(reinterpret_cast<const BYTE*>(bytes.data()), static_cast<UINT>(bytes.size())));
   if (!stream || FAILED(reader.Get()->SetInput(stream.Get())))
     throw std::runtime_error("the system's XML parser can't read the text");
-  return ReadAllNodes(text, *reader.Get());
+  return FaultOf(text, *reader.Get());
 }
 
 }  // namespace tarnwick::host

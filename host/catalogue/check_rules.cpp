@@ -5,7 +5,6 @@
 #include "catalogue/catalogue_reader.h"
 #include "catalogue/element_text_reader.h"
 #include "foundation/text.h"
-#include "host/catalogue/check_encoding.h"
 #include "host/catalogue/check_wants.h"
 
 #include <algorithm>
@@ -126,16 +125,6 @@ string_view ReferenceIn(string_view text) {
   return {};
 }
 
-bool HoldsControl(string_view text) {
-  return std::ranges::any_of(text, [](char byte) { return static_cast<unsigned char>(byte) < 0x20; });
-}
-
-bool HoldsNoCharacter(string_view raw, const string& normal, const string& field) {
-  if (field == normal) return false;
-  if (FirstNoUtf8(field) != kNone && FirstNoUtf8(raw) == kNone) return true;
-  return HoldsControl(field) && !HoldsControl(normal);
-}
-
 void CheckText(const RecordCheck& record, size_t element, Findings& findings) {
   const Span span = OwnText(record.text, record.place, element);
   const string_view raw = TextOf(record.text, span);
@@ -150,8 +139,6 @@ void CheckText(const RecordCheck& record, size_t element, Findings& findings) {
   const string field = DecodeEntities(normal);
   if (const string_view left = ReferenceIn(field); !left.empty())
     Report(findings, record, kEntityLeft, span.begin, name + " keeps " + Quoted(left));
-  if (HoldsNoCharacter(raw, normal, field))
-    Report(findings, record, kNoCharacter, span.begin, name + " has a reference to what is no character");
 }
 
 void CheckTexts(const RecordCheck& record, Findings& findings) {
