@@ -84,10 +84,10 @@ std::optional<Finding> FindCharacterFault(std::string_view text) {
   const size_t declaration = LateDeclaration(text);
   const size_t first = std::min({reference, control, declaration});
   if (first == kNone) return std::nullopt;
-  const char* const what = first == declaration ? "the XML declaration isn't at the very beginning"
-                           : first == control
-                               ? "a control character, which XML doesn't allow"
-                               : "'&' begins no reference that XML knows; write &amp; for it, or the character";
+  const char* const what =
+      first == declaration ? "the XML declaration isn't at the very beginning"
+      : first == control   ? "a control character, which XML doesn't allow"
+                           : "'&' begins no reference that XML knows; write &amp; for it, or the character";
   return Finding{first, kNotWellFormed, {}, what};
 }
 

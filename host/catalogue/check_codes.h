@@ -66,7 +66,8 @@ inline constexpr std::array kChecks = {
              "end the record with </GameSignature>, written exactly so"},
     CheckRow{kNotWellFormed, "TC003", Severity::kError, "not well-formed XML",
              "mend the markup at this place; what is behind it was not parsed"},
-    CheckRow{kSwallowedElement, "TC004", Severity::kError, "element behind one whose name begins with its own",
+    CheckRow{kSwallowedElement, "TC004", Severity::kError,
+             "element behind one whose name begins with its own",
              "put the shorter name ahead of the longer one; catalogue fix does it"},
     CheckRow{kUtf16, "TC005", Severity::kError, "UTF-16", "save the file as UTF-8; catalogue fix does it"},
     CheckRow{kOtherEncoding, "TC006", Severity::kError, "another encoding is declared",
@@ -130,8 +131,9 @@ inline constexpr std::array kChecks = {
              "take comments, CDATA sections and elements out of the text; write &lt; for <"},
     CheckRow{kReadInComment, "TC117", Severity::kWarning, "comment that hides nothing",
              "take out what the comment holds: the library reads it"},
-    CheckRow{kByteOrderMark, "TC118", Severity::kWarning, "byte-order mark",
-             "save the file as UTF-8 without a mark, which the library tries to decipher; catalogue fix does it"},
+    CheckRow{
+        kByteOrderMark, "TC118", Severity::kWarning, "byte-order mark",
+        "save the file as UTF-8 without a mark, which the library tries to decipher; catalogue fix does it"},
 };
 
 constexpr const CheckRow& RowOf(Check check) { return kChecks[static_cast<size_t>(check)]; }

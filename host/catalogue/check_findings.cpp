@@ -80,8 +80,7 @@ std::string Shortened(std::string_view text, size_t most) {
 
 std::string Quoted(std::string_view text) {
   std::string shown = "'" + Shortened(text, kMostQuoted) + "'";
-  std::ranges::replace_if(
-      shown, [](char byte) { return static_cast<unsigned char>(byte) < 0x20; }, ' ');
+  std::ranges::replace_if(shown, [](char byte) { return static_cast<unsigned char>(byte) < 0x20; }, ' ');
   return shown;
 }
 

@@ -40,7 +40,7 @@ struct Pass {
   std::string_view text;
   size_t end;
   RecordPlace& record;
-  size_t nextClose = 0;                          // the first '>' at or behind the last place asked for
+  size_t nextClose = 0;                           // the first '>' at or behind the last place asked for
   std::array<size_t, kRecordElement> textFrom{};  // of elements that wait for their closing tag
 };
 

@@ -91,8 +91,8 @@ std::string FalseEnd(std::string_view text) {
 using CreateReader = HRESULT(WINAPI*)(REFIID, void**, IMalloc*);
 
 ComPointer<IXmlReader> OpenReader(HMODULE library) {
-  const auto create = reinterpret_cast<CreateReader>(
-      reinterpret_cast<void*>(GetProcAddress(library, "CreateXmlReader")));
+  const auto create =
+      reinterpret_cast<CreateReader>(reinterpret_cast<void*>(GetProcAddress(library, "CreateXmlReader")));
   void* reader = nullptr;
   if (create == nullptr || FAILED(create(__uuidof(IXmlReader), &reader, nullptr)))
     throw std::runtime_error("the system's XML parser, xmllite.dll, can't be used");
@@ -126,7 +126,9 @@ HRESULT ReadNodes(IXmlReader& reader, Progress& progress) {
 }
 
 // Is there nothing but white space from here on?
-bool IsBlankFrom(std::string_view text, size_t at) { return text.find_first_not_of(" \t\r\n", at) == text.npos; }
+bool IsBlankFrom(std::string_view text, size_t at) {
+  return text.find_first_not_of(" \t\r\n", at) == text.npos;
+}
 
 bool EndsInComment(std::string_view text) {
   const size_t begin = text.rfind("<!--");
@@ -139,12 +141,15 @@ std::optional<Finding> FaultOf(std::string_view text, IXmlReader& reader) {
   if (progress.depth > kMostDepth)
     return FaultAt(text, reader, kTooDeep, fmt::format("elements are nested deeper than {}", kMostDepth));
   if (result == kCode(WC_E_DTDPROHIBITED))
-    return FaultAt(text, reader, kDocumentType, "a document type: the library leaves its entities unresolved");
+    return FaultAt(text, reader, kDocumentType,
+                   "a document type: the library leaves its entities unresolved");
   Finding fault = FaultAt(text, reader, kNotWellFormed, TextOfError(result));
   if (EndsInComment(text)) fault = {text.rfind("<!--"), kNotWellFormed, {}, "a comment that isn't closed"};
-  if (!IsBlankFrom(text, fault.at)) return fault;
-  if (!progress.rootSeen) return Finding{0, kNotWellFormed, {}, TextOfError(kCode(WC_E_ROOTELEMENT))};
+  if (!progress.rootSeen && SUCCEEDED(result)) fault.message = TextOfError(kCode(WC_E_ROOTELEMENT));
+  if (!progress.rootSeen || !IsBlankFrom(text, fault.at)) return fault;
   if (progress.depth == 0) return std::nullopt;
+  // The false end's own tag is met in its markup only.
+  if (result == kCode(WC_E_ELEMENTMATCH) && text.ends_with('>')) return fault;
   return Finding{text.size(), kNotWellFormed, {}, TextOfError(kCode(MX_E_INPUTEND))};
 }
 
@@ -153,12 +158,17 @@ std::optional<Finding> FaultOf(std::string_view text, IXmlReader& reader) {
 std::optional<Finding> FindParserFault(std::string_view text) {
   const Module library(LoadLibraryExW(L"xmllite.dll", nullptr, LOAD_LIBRARY_SEARCH_SYSTEM32));
   const ComPointer<IXmlReader> reader = OpenReader(library.Get());
+  // Wine's parser takes nothing behind white space at the beginning.
+  const size_t first = std::min(text.find_first_not_of(" \t\r\n"), text.size());
+  text.remove_prefix(first);
   const std::string bytes = ForParser(text) + FalseEnd(text);
   const ComPointer<IStream> stream(
       SHCreateMemStream(reinterpret_cast<const BYTE*>(bytes.data()), static_cast<UINT>(bytes.size())));
   if (!stream || FAILED(reader.Get()->SetInput(stream.Get())))
     throw std::runtime_error("the system's XML parser can't read the text");
-  return FaultOf(text, *reader.Get());
+  std::optional<Finding> fault = FaultOf(text, *reader.Get());
+  if (fault) fault->at += first;
+  return fault;
 }
 
 }  // namespace tarnwick::host

@@ -4,6 +4,7 @@
 
 #include "catalogue/catalogue_reader.h"
 #include "catalogue/element_text_reader.h"
+#include "core/strategy_wants.h"
 #include "foundation/text.h"
 #include "host/catalogue/check_wants.h"
 
@@ -27,7 +28,8 @@ void Report(Findings& findings, const RecordCheck& record, Check check, size_t a
   AddFinding(findings, {at, check, record.name, std::move(message)});
 }
 
-void ReportField(Findings& findings, const RecordCheck& record, Check check, Field field, const string& what) {
+void ReportField(Findings& findings, const RecordCheck& record, Check check, Field field,
+                 const string& what) {
   const size_t element = ElementOf(field);
   Report(findings, record, check, PlaceOf(record, element),
          string(kElements[element].name) + " " + Quoted(record.meant.*field) + " " + what);
@@ -45,8 +47,10 @@ struct OddityRow {
 constexpr OddityRow kOddities[] = {
     {Oddity::kUnknown, kUnknownElement, " is no element of a record: the library doesn't look at it"},
     {Oddity::kRepeated, kRepeatedElement, " stands here again: the library reads the first"},
-    {Oddity::kBlankInClosing, kSkippedElement, " is closed by a tag that the library doesn't take for its own"},
-    {Oddity::kRecordInside, kRecordNotClosed, " is not closed before the next one opens: the two are read as one"},
+    {Oddity::kBlankInClosing, kSkippedElement,
+     " is closed by a tag that the library doesn't take for its own"},
+    {Oddity::kRecordInside, kRecordNotClosed,
+     " is not closed before the next one opens: the two are read as one"},
     {Oddity::kRecordSkipped, kSkippedRecord, " is not written as the library searches for it"},
 };
 
@@ -92,7 +96,8 @@ bool HasText(const RecordCheck& record, size_t element, size_t from) {
 const char* AttributeFault(const RecordCheck& record, size_t element, string_view tag, size_t behind) {
   if (std::ranges::count(tag, '"') % 2 != 0 || std::ranges::count(tag, '\'') % 2 != 0)
     return " has a '>' in an attribute, where the library ends the tag";
-  if (tag.back() == '/' || tag.find(kNilAttribute) == kNone || !HasText(record, element, behind)) return nullptr;
+  if (tag.back() == '/' || tag.find(kNilAttribute) == kNone || !HasText(record, element, behind))
+    return nullptr;
   return " has a text and i:nil=\"true\", so the library leaves it empty";
 }
 
@@ -130,11 +135,13 @@ void CheckText(const RecordCheck& record, size_t element, Findings& findings) {
   const string_view raw = TextOf(record.text, span);
   const string name(kElements[element].name);
   if (const size_t markup = raw.find('<'); markup != kNone) {
-    Report(findings, record, kMarkupInText, span.begin + markup, name + " keeps the markup: it becomes " + Quoted(raw));
+    Report(findings, record, kMarkupInText, span.begin + markup,
+           name + " keeps the markup: it becomes " + Quoted(raw));
     return;
   }
   const string normal = NormalizeElementText(raw);
-  if (normal != raw) Report(findings, record, kWhiteSpace, span.begin, name + " is read as " + Quoted(normal));
+  if (normal != raw)
+    Report(findings, record, kWhiteSpace, span.begin, name + " is read as " + Quoted(normal));
   if (element == kSourceElement || raw.find('&') == kNone) return;
   const string field = DecodeEntities(normal);
   if (const string_view left = ReferenceIn(field); !left.empty())
@@ -163,7 +170,8 @@ bool CheckSource(const RecordCheck& record, Findings& findings) {
   const G& game = record.meant;
   const size_t at = PlaceOf(record, kSourceElement);
   if (game.SourceKind == kSourceNone && !source.empty()) {
-    Report(findings, record, kNoSource, at, "SourceEx " + Quoted(source) + " is no source: the library reads none");
+    Report(findings, record, kNoSource, at,
+           "SourceEx " + Quoted(source) + " is no source: the library reads none");
   } else if (game.SourceKind == kSourceSteam && game.SourceExId.empty()) {
     Report(findings, record, kSteamWithoutId, at, "a Steam record needs SourceExId, the game's app id");
   } else if (game.SourceKind == kSourceSteam && !IsAppId(game.SourceExId)) {
@@ -191,7 +199,8 @@ void CheckGuid(const RecordCheck& record, Findings& findings) {
     ReportField(findings, record, kGuidBraces, &G::GameGUID, "has braces, so it equals no product's");
 }
 
-constexpr string_view kHives[] = {"HKEY_LOCAL_MACHINE", "HKEY_CURRENT_USER", "HKEY_USERS", "HKEY_CLASSES_ROOT"};
+constexpr string_view kHives[] = {"HKEY_LOCAL_MACHINE", "HKEY_CURRENT_USER", "HKEY_USERS",
+                                  "HKEY_CLASSES_ROOT"};
 
 struct ShortHive {
   string_view name;
@@ -203,7 +212,8 @@ constexpr ShortHive kShortHives[] = {
 string HiveFault(string_view head) {
   const string upper = ToUpperBytes(string(head));
   for (const ShortHive& row : kShortHives) {
-    if (row.name == upper) return "begins with " + string(head) + ": the library knows it as " + string(row.hive);
+    if (row.name == upper)
+      return "begins with " + string(head) + ": the library knows it as " + string(row.hive);
   }
   for (const string_view hive : kHives) {
     if (upper.starts_with(hive)) return "has its hive not exactly as " + string(hive) + "\\";
@@ -245,15 +255,16 @@ void CheckFolders(const RecordCheck& record, Findings& findings) {
                   bare ? "ends the whole search that comes upon it" : "is the drive's root");
     }
     if (IsBackslashEaten(folder))
-      ReportField(findings, record, kEatenBackslash, field, "loses the character behind the variable when it is expanded");
+      ReportField(findings, record, kEatenBackslash, field,
+                  "loses the character behind the variable when it is expanded");
   }
 }
 
 constexpr Field kExes[] = {&G::DefaultExe, &G::DefaultExe32, &G::DefaultExe64};
 constexpr string_view kCommonExes[] = {
-    "app",     "application", "autorun",   "bootstrap", "client",  "config", "crashhandler", "engine",
-    "game",    "game32",      "game64",    "install",   "installer", "launch", "launcher",   "loader",
-    "main",    "patcher",     "play",      "player",    "run",     "setup",  "settings",     "start",
+    "app",     "application", "autorun",   "bootstrap", "client",    "config", "crashhandler", "engine",
+    "game",    "game32",      "game64",    "install",   "installer", "launch", "launcher",     "loader",
+    "main",    "patcher",     "play",      "player",    "run",       "setup",  "settings",     "start",
     "starter", "startup",     "uninstall", "update",    "updater"};
 
 void CheckExes(const RecordCheck& record, Findings& findings) {
@@ -273,13 +284,20 @@ struct UrlScheme {
   int32_t source;
 };
 constexpr UrlScheme kSchemes[] = {
-    {"steam:", kSourceSteam},           {"com.epicgames.launcher:", kSourceEpic},
-    {"goggalaxy:", kSourceGog},         {"uplay:", kSourceUplay},
-    {"ubisoftconnect:", kSourceUplay},  {"origin:", kSourceEa},
-    {"origin2:", kSourceEa},            {"link2ea:", kSourceEa},
-    {"battlenet:", kSourceBattleNet},   {"battle.net:", kSourceBattleNet},
-    {"shell:appsfolder", kSourceUwp},   {"riotclient:", kSourceRiot},
-    {"arc:", kSourceArc},               {"bethesdanet:", kSourceBethesda},
+    {"steam:", kSourceSteam},
+    {"com.epicgames.launcher:", kSourceEpic},
+    {"goggalaxy:", kSourceGog},
+    {"uplay:", kSourceUplay},
+    {"ubisoftconnect:", kSourceUplay},
+    {"origin:", kSourceEa},
+    {"origin2:", kSourceEa},
+    {"link2ea:", kSourceEa},
+    {"battlenet:", kSourceBattleNet},
+    {"battle.net:", kSourceBattleNet},
+    {"shell:appsfolder", kSourceUwp},
+    {"riotclient:", kSourceRiot},
+    {"arc:", kSourceArc},
+    {"bethesdanet:", kSourceBethesda},
 };
 
 // Sources whose strategies compare the URL with one that they make: it must be of that very form.
@@ -293,15 +311,16 @@ constexpr UrlForm kForms[] = {
 };
 
 bool HasForm(const string& url, const UrlForm& form) {
-  return url.size() > form.begin.size() + form.end.size() && url.starts_with(form.begin) && url.ends_with(form.end);
+  return url.size() > form.begin.size() + form.end.size() && url.starts_with(form.begin) &&
+         url.ends_with(form.end);
 }
 
 string OtherSource(const G& game) {
   const string lower = ToLowerBytes(game.LaunchUrl);
   for (const UrlScheme& row : kSchemes) {
     if (!lower.starts_with(row.scheme) || row.source == game.SourceKind) continue;
-    return "is one of " + string(SourceName(row.source)) + ", the record's source is " +
-           string(SourceName(game.SourceKind));
+    return "is one of " + string(NameOfSource(row.source)) + ", the record's source is " +
+           string(NameOfSource(game.SourceKind));
   }
   return {};
 }
@@ -309,7 +328,8 @@ string OtherSource(const G& game) {
 // What a Steam URL runs, if it is a number.
 string_view SteamUrlId(string_view url) {
   const size_t digits = url.find_first_of("0123456789");
-  return digits == kNone ? string_view() : url.substr(digits, url.find_first_not_of("0123456789", digits) - digits);
+  return digits == kNone ? string_view()
+                         : url.substr(digits, url.find_first_not_of("0123456789", digits) - digits);
 }
 
 string UrlFault(const G& game) {
@@ -320,7 +340,8 @@ string UrlFault(const G& game) {
     return "never equals the URL that is searched for, " + string(form->begin) + "..." + string(form->end);
   const bool steam = game.SourceKind == kSourceSteam && game.LaunchUrl.starts_with("steam:");
   const string_view id = steam ? SteamUrlId(game.LaunchUrl) : string_view();
-  if (!id.empty() && id != game.SourceExId && IsAppId(game.SourceExId)) return "runs another app than SourceExId " + game.SourceExId;
+  if (!id.empty() && id != game.SourceExId && IsAppId(game.SourceExId))
+    return "runs another app than SourceExId " + game.SourceExId;
   return {};
 }
 
@@ -330,17 +351,19 @@ void CheckUrl(const RecordCheck& record, Findings& findings) {
     ReportField(findings, record, kForeignUrl, &G::LaunchUrl, fault);
   const bool searched = !game.RegistryKey.empty() && !game.RegistryPathKeyName.empty();
   if (game.SourceKind == kSourceSteam && searched && !game.LaunchUrl.empty())
-    ReportField(findings, record, kHidingUrl, &G::LaunchUrl, "keeps the Registry Search Scan from the record");
+    ReportField(findings, record, kHidingUrl, &G::LaunchUrl,
+                "keeps the Registry Search Scan from the record");
 }
 
 using Rule = void (*)(const RecordCheck&, Findings&);
-constexpr Rule kRules[] = {CheckOddTags, CheckSwallowed, CheckAttributes,  CheckTexts,  CheckUse,
-                           CheckGuid,    CheckRegistryKey, CheckFolders, CheckExes, CheckUrl};
+constexpr Rule kRules[] = {CheckOddTags, CheckSwallowed,   CheckAttributes, CheckTexts, CheckUse,
+                           CheckGuid,    CheckRegistryKey, CheckFolders,    CheckExes,  CheckUrl};
 
 }  // namespace
 
 size_t ElementOf(Field field) {
-  return static_cast<size_t>(std::ranges::find(kElements, field, &CatalogueElement::field) - kElements.begin());
+  return static_cast<size_t>(std::ranges::find(kElements, field, &CatalogueElement::field) -
+                             kElements.begin());
 }
 
 RecordCheck MeantRecord(string_view text, const RecordPlace& place) {

@@ -1,10 +1,10 @@
 // Reader: the rules for a catalogue as a whole.
 #include "host/catalogue/check_text.h"
 
+#include "core/strategy_wants.h"
 #include "host/catalogue/check_encoding.h"
 #include "host/catalogue/check_layout.h"
 #include "host/catalogue/check_rules.h"
-#include "host/catalogue/check_wants.h"
 
 #include <algorithm>
 #include <string>
@@ -125,13 +125,15 @@ void CheckDuplicates(Duplicates& seen, const RecordCheck& record, Findings& find
   const size_t at = record.place.open;
   const size_t sameName = FirstOf(seen.names, game.SourceKind, game.DisplayName, at);
   const bool sameId = FirstOf(seen.ids, game.SourceKind, IdOf(game), at) != kNowhere;
-  const string source(SourceName(game.SourceKind));
+  const string source(NameOfSource(game.SourceKind));
   if (sameId) {
-    AddFinding(findings, {at, kSameId, record.name,
-                          "an earlier record has source " + source + " and id " + Quoted(IdOf(game)) + " too"});
+    AddFinding(findings,
+               {at, kSameId, record.name,
+                "an earlier record has source " + source + " and id " + Quoted(IdOf(game)) + " too"});
   } else if (sameName != kNowhere) {
-    AddFinding(findings, {at, kSameName, record.name,
-                          "an earlier record has name " + Quoted(game.DisplayName) + " and source " + source + " too"});
+    AddFinding(findings,
+               {at, kSameName, record.name,
+                "an earlier record has name " + Quoted(game.DisplayName) + " and source " + source + " too"});
   }
 }
 
@@ -146,7 +148,8 @@ struct TextCheck {
 void CheckGap(const TextCheck& check, size_t from, size_t to, Findings& findings) {
   for (const OddTag& tag : SkippedRecords(check.text, from, to)) {
     Report(findings, kSkippedRecord, tag.at,
-           "<" + Shortened(tag.name, 80) + "> is not written as the library searches for it: the record is skipped");
+           "<" + Shortened(tag.name, 80) +
+               "> is not written as the library searches for it: the record is skipped");
   }
 }
 
@@ -180,7 +183,8 @@ Findings CheckText(string_view text) {
     Report(findings, kNotDeciphered, 0, "the file is no text, and can't be deciphered");
     return findings;
   }
-  if (text.starts_with(kUtf8Mark)) Report(findings, kByteOrderMark, 0, "the file begins with a byte-order mark");
+  if (text.starts_with(kUtf8Mark))
+    Report(findings, kByteOrderMark, 0, "the file begins with a byte-order mark");
   CheckDeclaration(text, findings);
   CheckBytes(text, findings);
   TextCheck check{text, {text}, {}};

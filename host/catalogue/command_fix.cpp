@@ -84,12 +84,12 @@ int RunCatalogueFix(const Options& options) {
   const FixedText encoded = FixEncoding(file.text);
   const FixedText fixed = FixText(encoded.text);
   WriteResult(options.output, InFormOf(file, fixed.text));
-  WriteStandardError(StepLines(options.input, file.text, encoded) + StepLines(options.input, encoded.text, fixed));
+  WriteStandardError(StepLines(options.input, file.text, encoded) +
+                     StepLines(options.input, encoded.text, fixed));
   ReportLine(options.input + ": " + StepCounts(encoded, fixed));
   const Findings left = CheckWholeText(fixed.text);
   WriteStandardError(FindingsAsText(options.output, left, false));
-  ReportLine(options.output + ": " + FindingCounts(left, false) +
-             (left.list.empty() ? "" : " are left"));
+  ReportLine(options.output + ": " + FindingCounts(left, false) + (left.list.empty() ? "" : " are left"));
   return kExitSuccess;
 }
 

@@ -85,8 +85,9 @@ std::optional<FlatRecord> ReadFlat(string_view text, size_t open) {
 
 // How many of the catalogue's names this one goes on from: those stand ahead of it.
 size_t NamesBeneath(string_view name) {
-  return static_cast<size_t>(std::ranges::count_if(
-      kElements, [&](const CatalogueElement& row) { return name != row.name && name.starts_with(row.name); }));
+  return static_cast<size_t>(std::ranges::count_if(kElements, [&](const CatalogueElement& row) {
+    return name != row.name && name.starts_with(row.name);
+  }));
 }
 
 // The name at the bottom, such as DefaultFolder of DefaultFolderExe32.
@@ -158,7 +159,8 @@ string Rewritten(Fixing& fixing, const RecordPlace& place, const FlatRecord& fla
   const bool swallowing = IsSwallowing(fixing.text, place);
   const std::vector<Child> ordered = swallowing ? InOrder(flat.children) : flat.children;
   if (swallowing)
-    AddStep(fixing.fixed, {place.open, kSwallowedElement, name + "shorter names are put ahead of longer ones"});
+    AddStep(fixing.fixed,
+            {place.open, kSwallowedElement, name + "shorter names are put ahead of longer ones"});
   string record;
   size_t at = place.open;
   for (size_t i = 0; i < ordered.size(); ++i) {
