@@ -13,12 +13,14 @@ size_t FaultIn(const std::string& text) {
 }
 
 TEST(CatalogueCheckCharacters, TakesWhatXmlAllows) {
-  for (const char* text : {"", "<A>&amp;&lt;&gt;&quot;&apos;&#65;&#x1F600;\t\r\n\x7F</A>", "<!-- & --><![CDATA[ & ]]><?a & ?>"})
+  for (const char* text :
+       {"", "<A>&amp;&lt;&gt;&quot;&apos;&#65;&#x1F600;\t\r\n\x7F</A>", "<!-- & --><![CDATA[ & ]]><?a & ?>"})
     EXPECT_EQ(FaultIn(text), std::string::npos) << text;
 }
 
 TEST(CatalogueCheckCharacters, FindsTheFirstBadReference) {
-  for (const char* text : {"<A>& ", "<A>&nbsp;", "<A>&", "<A>&;", "<A>&#;", "<A>&#xD800;", "<A>&#0;", "<A>&#x110000;", "<A>&#-1;", "<A>&amp"})
+  for (const char* text : {"<A>& ", "<A>&nbsp;", "<A>&", "<A>&;", "<A>&#;", "<A>&#xD800;", "<A>&#0;",
+                           "<A>&#x110000;", "<A>&#-1;", "<A>&amp"})
     EXPECT_EQ(FaultIn(text), 3u) << text;
 }
 

@@ -25,18 +25,21 @@ void ExpectAsTheLibrary(const std::string& text) {
 }
 
 TEST(CatalogueCheckLayout, FindsWhatTheLibraryReads) {
-  for (const auto style : {tests::SampleStyle::kSparse, tests::SampleStyle::kFull, tests::SampleStyle::kRough})
+  for (const auto style :
+       {tests::SampleStyle::kSparse, tests::SampleStyle::kFull, tests::SampleStyle::kRough})
     ExpectAsTheLibrary(tests::CatalogueSample(50, style).text());
 }
 
 TEST(CatalogueCheckLayout, FindsWhatTheLibraryReadsOfEachTrap) {
   for (const char* inside :
-       {"<DefaultExe32>a</DefaultExe32><DefaultExe>b</DefaultExe>", "<DefaultExe32 i:nil=\"true\"/><DefaultExe>b</DefaultExe>",
+       {"<DefaultExe32>a</DefaultExe32><DefaultExe>b</DefaultExe>",
+        "<DefaultExe32 i:nil=\"true\"/><DefaultExe>b</DefaultExe>",
         "<DisplayName x=\"</DisplayName>\">A</DisplayName>", "<DisplayName x=\"a/>b\">A</DisplayName>",
         "<DisplayName>A</DisplayName ><DisplayName>B</DisplayName>", "<DisplayName>A", "<DisplayName",
-        "<DisplayName<RegistryKey>A</RegistryKey></DisplayName>", "<GameSignature><DisplayName>A</DisplayName>",
-        "<DisplayName/>A</DisplayName>", "<SourceExId>1</SourceExId><SourceEx>Steam</SourceEx>",
-        "<!-- <DisplayName>A</DisplayName> -->", "</DisplayName><DisplayName>A</DisplayName>", "<a:DisplayName>A</a:DisplayName>"})
+        "<DisplayName<RegistryKey>A</RegistryKey></DisplayName>",
+        "<GameSignature><DisplayName>A</DisplayName>", "<DisplayName/>A</DisplayName>",
+        "<SourceExId>1</SourceExId><SourceEx>Steam</SourceEx>", "<!-- <DisplayName>A</DisplayName> -->",
+        "</DisplayName><DisplayName>A</DisplayName>", "<a:DisplayName>A</a:DisplayName>"})
     ExpectAsTheLibrary(tests::RecordOf(inside) + tests::RecordOf("<DisplayName>Z</DisplayName>"));
 }
 

@@ -47,7 +47,8 @@ std::vector<Entry> ReadPage() {
 
 std::string AsUtf16(const std::string& text) {
   std::string bytes;
-  for (const wchar_t unit : common::Wide(text)) bytes += {static_cast<char>(unit & 0xFF), static_cast<char>(unit >> 8)};
+  for (const wchar_t unit : common::Wide(text))
+    bytes += {static_cast<char>(unit & 0xFF), static_cast<char>(unit >> 8)};
   return bytes;
 }
 
@@ -78,7 +79,8 @@ std::string InForm(const Entry& entry) {
 TEST(CatalogueCheckPage, EachExampleGivesExactlyItsCode) {
   for (const Entry& entry : ReadPage()) {
     std::vector<std::string> codes;
-    for (const Finding& finding : CheckWholeText(InForm(entry)).list) codes.emplace_back(RowOf(finding.check).code);
+    for (const Finding& finding : CheckWholeText(InForm(entry)).list)
+      codes.emplace_back(RowOf(finding.check).code);
     EXPECT_THAT(codes, testing::ElementsAre(entry.heading.substr(0, 5))) << entry.example;
   }
 }

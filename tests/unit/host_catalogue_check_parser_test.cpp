@@ -13,20 +13,24 @@ std::string CheckOf(const std::string& text) {
 }
 
 TEST(CatalogueCheckParser, TakesWellFormedText) {
-  for (const char* text : {"<A/>", "<?xml version=\"1.0\" encoding=\"utf-8\"?>\r\n<A><B x=\"1\">t</B></A>\n", "\n\n <A></A>",
-                           "<A/><!-- x -->\n", "\xEF\xBB\xBF<A/>", "<?xml version=\"1.0\" encoding=\"utf-16\"?><A/>", "<A>\xE4</A>"})
+  for (const char* text : {"<A/>", "<?xml version=\"1.0\" encoding=\"utf-8\"?>\r\n<A><B x=\"1\">t</B></A>\n",
+                           "\n\n <A></A>", "<A/><!-- x -->\n", "\xEF\xBB\xBF<A/>",
+                           "<?xml version=\"1.0\" encoding=\"utf-16\"?><A/>", "<A>\xE4</A>"})
     EXPECT_EQ(CheckOf(text), "") << text;
 }
 
 TEST(CatalogueCheckParser, TC003TextThatIsNotWellFormed) {
-  for (const char* text : {"", "text", "<A>", "<A", "<A x=", "<A x=\"", "<A><B></A>", "<A></B>", "<A/><B/>", "<A/>t", "<A><!-- x</A>", "<A/><!-- x",
-                           "<A><![CDATA[x</A>", "<A><?x </A>", "<A>t", "<A x=1/>", "<A>]]></A>", "<_>", "<_><__>"})
+  for (const char* text : {"", "text", "<A>", "<A", "<A x=", "<A x=\"", "<A><B></A>", "<A></B>", "<A/><B/>",
+                           "<A/>t", "<A><!-- x</A>", "<A/><!-- x", "<A><![CDATA[x</A>", "<A><?x </A>", "<A>t",
+                           "<A x=1/>", "<A>]]></A>", "<_>", "<_><__>"})
     EXPECT_EQ(CheckOf(text), "TC003") << text;
 }
 
 TEST(CatalogueCheckParser, EachBeginningOfATextComesToAnEnd) {
-  const std::string text = "<?xml version=\"1.0\"?><!-- c --><A x='1'><B y=\"2\">t&amp;</B><![CDATA[d]]><?p q?></A>";
-  for (size_t length = 0; length < text.size(); ++length) EXPECT_EQ(CheckOf(text.substr(0, length)), "TC003") << length;
+  const std::string text =
+      "<?xml version=\"1.0\"?><!-- c --><A x='1'><B y=\"2\">t&amp;</B><![CDATA[d]]><?p q?></A>";
+  for (size_t length = 0; length < text.size(); ++length)
+    EXPECT_EQ(CheckOf(text.substr(0, length)), "TC003") << length;
 }
 
 TEST(CatalogueCheckParser, GivesTheParsersPlace) {

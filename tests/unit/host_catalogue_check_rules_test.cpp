@@ -55,18 +55,19 @@ TEST(CatalogueCheckRules, TC002RecordThatRunsIntoTheNextIsToldOnce) {
 }
 
 TEST(CatalogueCheckRules, TC004AnElementBehindALongerNameSaysWhatTheFieldBecomes) {
-  const std::string record = RecordOf(Element("DefaultExe32", "a.exe") + Element("DefaultExe", "b.exe") + kName +
-                                      Element("DefaultFolder", "C:\\G"));
+  const std::string record = RecordOf(Element("DefaultExe32", "a.exe") + Element("DefaultExe", "b.exe") +
+                                      kName + Element("DefaultFolder", "C:\\G"));
   EXPECT_THAT(ChecksOf(record), ElementsAre(kSwallowedElement));
   EXPECT_THAT(MessageOf(record), HasSubstr("DefaultExe becomes 'a.exe</DefaultExe32><DefaultExe>b.exe'"));
   EXPECT_THAT(TextAt(record), testing::StartsWith("<DefaultExe>b.exe"));
 }
 
 TEST(CatalogueCheckRules, TC004HoldsForEachFamilyOfNames) {
-  const std::vector<std::pair<std::string, std::string>> pairs = {
-      {"DefaultFolderExe", "DefaultFolder"}, {"DefaultFolderExe64", "DefaultFolderExe"},
-      {"DefaultFolder32", "DefaultFolder"},  {"SourceExId", "SourceEx"},
-      {"DefaultExecutable", "DefaultExe"}};
+  const std::vector<std::pair<std::string, std::string>> pairs = {{"DefaultFolderExe", "DefaultFolder"},
+                                                                  {"DefaultFolderExe64", "DefaultFolderExe"},
+                                                                  {"DefaultFolder32", "DefaultFolder"},
+                                                                  {"SourceExId", "SourceEx"},
+                                                                  {"DefaultExecutable", "DefaultExe"}};
   for (const auto& [longer, shorter] : pairs) {
     const std::string record = RecordOf(Element(longer, "1") + Element(shorter, "GOG"));
     EXPECT_THAT(ChecksOf(record), testing::Contains(kSwallowedElement)) << longer;
@@ -114,7 +115,8 @@ TEST(CatalogueCheckRules, TC013RecordWithoutName) {
 
 TEST(CatalogueCheckRules, TC014RecordThatNoStrategyTestsSaysWhatItLacks) {
   EXPECT_THAT(ChecksOf(RecordOf(kExe + kName)), ElementsAre(kNeverTested));
-  EXPECT_THAT(MessageOf(RecordOf(kExe + kName)), HasSubstr("DefaultFolder or DefaultFolder32 (Default Exe Search)"));
+  EXPECT_THAT(MessageOf(RecordOf(kExe + kName)),
+              HasSubstr("DefaultFolder or DefaultFolder32 (Default Exe Search)"));
 }
 
 TEST(CatalogueCheckRules, TC103RecordTagInsideOfARecord) {
@@ -126,8 +128,9 @@ TEST(CatalogueCheckRules, TC104ElementsThatTheLibrarySkipsOrCuts) {
        {"<RunningExe i:nil=\"true\">a.exe</RunningExe>", "<RunningExe x=\"1>0\">a.exe</RunningExe>",
         "<RunningExe x='a/>b'>a.exe</RunningExe>", "<RunningExe>a.exe</RunningExe >"})
     EXPECT_THAT(ChecksOf(GoodRecord(element)), ElementsAre(kSkippedElement)) << element;
-  for (const char* element : {"<RunningExe i:nil=\"true\"/>", "<RunningExe i:nil=\"true\"> </RunningExe>",
-                              "<RunningExe x=\"1\">a.exe</RunningExe>", "<RunningExe/>", "<RunningExe></RunningExe>"})
+  for (const char* element :
+       {"<RunningExe i:nil=\"true\"/>", "<RunningExe i:nil=\"true\"> </RunningExe>",
+        "<RunningExe x=\"1\">a.exe</RunningExe>", "<RunningExe/>", "<RunningExe></RunningExe>"})
     EXPECT_THAT(ChecksOf(GoodRecord(element)), testing::Not(testing::Contains(kSkippedElement))) << element;
 }
 
@@ -159,7 +162,8 @@ TEST(CatalogueCheckRules, TC109RegistryKeysWithoutAKnownHive) {
   for (const char* key : {"HKLM\\SOFTWARE\\A", "SOFTWARE\\A", "HKEY_LOCAL_MACHINE", "hkey_local_machine\\A",
                           "HKEY_LOCAL_MACHINE/A", "HKEY_CURRENT_CONFIG\\A"}) {
     const bool whole = std::string(key) == "HKEY_LOCAL_MACHINE";
-    EXPECT_EQ(ChecksOf(GoodRecord(Element("RegistryKey", key))), whole ? Checks{} : Checks{kRegistryHive}) << key;
+    EXPECT_EQ(ChecksOf(GoodRecord(Element("RegistryKey", key))), whole ? Checks{} : Checks{kRegistryHive})
+        << key;
   }
   EXPECT_THAT(MessageOf(GoodRecord(Element("RegistryKey", "HKCU\\A"))), HasSubstr("HKEY_CURRENT_USER"));
 }
@@ -172,8 +176,10 @@ TEST(CatalogueCheckRules, TC110FolderThatIsADriveAlone) {
 
 TEST(CatalogueCheckRules, TC111VariableThatEatsTheCharacterBehindIt) {
   for (const char* folder : {"%ProgramFiles%\\A", "%ProgramFiles%/A", "%ProgramFiles%A"})
-    EXPECT_THAT(ChecksOf(GoodRecord(Element("DefaultFolder64", folder))), ElementsAre(kEatenBackslash)) << folder;
-  for (const char* folder : {"%PROGRAMFILES%\\A", "%ProgramFiles(x86)%\\A", "%ProgramFiles%\\\\A", "%ProgramFiles%"})
+    EXPECT_THAT(ChecksOf(GoodRecord(Element("DefaultFolder64", folder))), ElementsAre(kEatenBackslash))
+        << folder;
+  for (const char* folder :
+       {"%PROGRAMFILES%\\A", "%ProgramFiles(x86)%\\A", "%ProgramFiles%\\\\A", "%ProgramFiles%"})
     EXPECT_THAT(ChecksOf(GoodRecord(Element("DefaultFolder64", folder))), IsEmpty()) << folder;
 }
 
@@ -195,13 +201,15 @@ TEST(CatalogueCheckRules, TC113UrlOfAnotherSource) {
   EXPECT_THAT(ChecksOf(WithUrl("BETHESDA", "bethesdanet://run/")), ElementsAre(kForeignUrl));
   EXPECT_THAT(ChecksOf(WithUrl("EPIC", "com.epicgames.launcher://apps/Fern")), ElementsAre(kForeignUrl));
   EXPECT_THAT(ChecksOf(WithUrl("STEAM", "steam://run/570")), IsEmpty());
-  EXPECT_THAT(ChecksOf(WithUrl("EPIC", "com.epicgames.launcher://apps/F?action=launch&amp;silent=true")), IsEmpty());
+  EXPECT_THAT(ChecksOf(WithUrl("EPIC", "com.epicgames.launcher://apps/F?action=launch&amp;silent=true")),
+              IsEmpty());
   EXPECT_THAT(ChecksOf(WithUrl("BETHESDA", "bethesdanet://run/7")), IsEmpty());
   EXPECT_THAT(ChecksOf(WithUrl("MIHOYO", "hyp-global://launchgame?gamebiz=x")), IsEmpty());
 }
 
 TEST(CatalogueCheckRules, TC114UrlThatHidesASteamRecordFromTheRegistrySearch) {
-  const std::string key = Element("RegistryKey", "HKEY_LOCAL_MACHINE\\SOFTWARE\\A") + Element("SourceExId", "570");
+  const std::string key =
+      Element("RegistryKey", "HKEY_LOCAL_MACHINE\\SOFTWARE\\A") + Element("SourceExId", "570");
   const std::string value = Element("RegistryPathKeyName", "Path");
   const std::string url = Element("LaunchUrl", "steam://run/570");
   EXPECT_THAT(ChecksOf(SteamRecord(key + value + url)), ElementsAre(kHidingUrl));

@@ -25,7 +25,8 @@ std::vector<Check> ChecksOf(const std::string& text) {
 }
 
 TEST(CatalogueCheckText, CountsRecordsErrorsAndWarnings) {
-  const Findings findings = CheckText(CatalogueOf(GoodRecord("", " A") + GoodRecord("", "") + GoodRecord("", "B")));
+  const Findings findings =
+      CheckText(CatalogueOf(GoodRecord("", " A") + GoodRecord("", "") + GoodRecord("", "B")));
   EXPECT_EQ(findings.records, 3u);
   EXPECT_EQ(findings.errors, 1u);
   EXPECT_EQ(findings.warnings, 1u);
@@ -38,7 +39,8 @@ TEST(CatalogueCheckText, TC001TextWithoutARecord) {
 
 TEST(CatalogueCheckText, TC002RecordWithoutAnEndIsToldAndNotTC001) {
   EXPECT_THAT(ChecksOf("<A><GameSignature></A>"), ElementsAre(kRecordNotClosed));
-  EXPECT_THAT(ChecksOf(CatalogueOf(GoodRecord() + "<GameSignature></GameSignature >")), ElementsAre(kRecordNotClosed));
+  EXPECT_THAT(ChecksOf(CatalogueOf(GoodRecord() + "<GameSignature></GameSignature >")),
+              ElementsAre(kRecordNotClosed));
 }
 
 std::string Utf16(const std::string& text, bool bigEndian) {
@@ -60,7 +62,9 @@ TEST(CatalogueCheckText, TC006OtherEncodingsAreToldAtTheirName) {
   ASSERT_THAT(ChecksOf(text), ElementsAre(kOtherEncoding));
   EXPECT_EQ(findings.list[0].at, text.find("ISO"));
   for (const char* name : {"utf-8", "UTF-8", "Utf8"})
-    EXPECT_THAT(ChecksOf("<?xml version=\"1.0\" encoding=\"" + std::string(name) + "\"?>" + CatalogueOf(GoodRecord())), IsEmpty());
+    EXPECT_THAT(ChecksOf("<?xml version=\"1.0\" encoding=\"" + std::string(name) + "\"?>" +
+                         CatalogueOf(GoodRecord())),
+                IsEmpty());
 }
 
 TEST(CatalogueCheckText, TC007BytesThatAreNoUtf8AreToldOnceALine) {
@@ -103,15 +107,19 @@ TEST(CatalogueCheckText, TC102KnowsWhatEachSourceCallsAnId) {
 }
 
 TEST(CatalogueCheckText, TC103RecordsWhoseTagHasMoreThanTheName) {
-  for (const char* tag : {"<GameSignature id=\"1\">", "<GameSignature >", "<x:GameSignature>", "<GameSignature/>"})
+  for (const char* tag :
+       {"<GameSignature id=\"1\">", "<GameSignature >", "<x:GameSignature>", "<GameSignature/>"})
     EXPECT_THAT(ChecksOf(CatalogueOf(GoodRecord() + tag)), ElementsAre(kSkippedRecord)) << tag;
 }
 
 TEST(CatalogueCheckText, TC117CommentsThatHideNothing) {
   const std::string other = GoodRecord("", "Other");
   EXPECT_THAT(ChecksOf(CatalogueOf("<!-- " + other + GoodRecord() + " -->")), ElementsAre(kReadInComment));
-  EXPECT_THAT(ChecksOf(CatalogueOf(GoodRecord("<!-- " + Element("RunningExe", "a.exe") + "-->"))), ElementsAre(kReadInComment));
-  EXPECT_THAT(ChecksOf(CatalogueOf("<!-- a --><!-- b -->" + GoodRecord("<!-- checked 2024 -->") + "<!-- c -->")), IsEmpty());
+  EXPECT_THAT(ChecksOf(CatalogueOf(GoodRecord("<!-- " + Element("RunningExe", "a.exe") + "-->"))),
+              ElementsAre(kReadInComment));
+  EXPECT_THAT(
+      ChecksOf(CatalogueOf("<!-- a --><!-- b -->" + GoodRecord("<!-- checked 2024 -->") + "<!-- c -->")),
+      IsEmpty());
 }
 
 TEST(CatalogueCheckText, TC118ByteOrderMark) {
@@ -127,14 +135,17 @@ TEST(CatalogueCheckText, ManyFindingsAreCountedAndTheFirstAreKept) {
 }
 
 TEST(CatalogueCheckText, EachBeginningOfACatalogueGivesPlacesInside) {
-  const std::string text = CatalogueOf(GoodRecord("<!-- x -->") + GoodRecord("<SourceExId>1</SourceExId><SourceEx>GOG</SourceEx>", "B &amp; C"));
+  const std::string text =
+      CatalogueOf(GoodRecord("<!-- x -->") +
+                  GoodRecord("<SourceExId>1</SourceExId><SourceEx>GOG</SourceEx>", "B &amp; C"));
   for (size_t length = 0; length <= text.size(); ++length) {
     for (const Finding& finding : CheckText(text.substr(0, length)).list) EXPECT_LE(finding.at, length);
   }
 }
 
 TEST(CatalogueCheckText, HostileTextsTakeLinearTime) {
-  const std::vector<std::string> pieces = {"<", "<a", "<DefaultExe", "<!--", "&", "<GameSignature>", "<GameSignature><", "</"};
+  const std::vector<std::string> pieces = {
+      "<", "<a", "<DefaultExe", "<!--", "&", "<GameSignature>", "<GameSignature><", "</"};
   for (const std::string& piece : pieces) {
     std::string text = "<GameSignature>";
     while (text.size() < 2'000'000) text += piece;

@@ -46,7 +46,8 @@ TEST(CatalogueFixEncoding, CorrectsTheClaimAloneWhereTheBytesAreUtf8) {
 }
 
 TEST(CatalogueFixEncoding, GuessesNothing) {
-  for (const std::string& text : {std::string("<A>\xE4</A>"), std::string("<?xml version=\"1.0\" encoding=\"x-own\"?><A>\xE4</A>")}) {
+  for (const std::string& text :
+       {std::string("<A>\xE4</A>"), std::string("<?xml version=\"1.0\" encoding=\"x-own\"?><A>\xE4</A>")}) {
     EXPECT_EQ(FixEncoding(text).text, text);
     EXPECT_TRUE(FixEncoding(text).steps.empty());
   }

@@ -31,16 +31,18 @@ TEST(CatalogueFixText, LeavesAGoodCatalogueAsItIs) {
 }
 
 TEST(CatalogueFixText, PutsShorterNamesAheadAndLeavesTheOthersInPlace) {
-  const std::string text = RecordOf("\n <DefaultExe32>a</DefaultExe32>\n <SourceExId>1</SourceExId>\n <DisplayName>N</DisplayName>"
-                                    "\n <DefaultExe>b</DefaultExe>\n <SourceEx>GOG</SourceEx>\n");
-  EXPECT_EQ(Fixed(text), RecordOf("\n <DefaultExe>b</DefaultExe>\n <SourceEx>GOG</SourceEx>\n <DisplayName>N</DisplayName>"
-                                  "\n <DefaultExe32>a</DefaultExe32>\n <SourceExId>1</SourceExId>\n"));
+  const std::string text = RecordOf(
+      "\n <DefaultExe32>a</DefaultExe32>\n <SourceExId>1</SourceExId>\n <DisplayName>N</DisplayName>"
+      "\n <DefaultExe>b</DefaultExe>\n <SourceEx>GOG</SourceEx>\n");
+  EXPECT_EQ(Fixed(text),
+            RecordOf("\n <DefaultExe>b</DefaultExe>\n <SourceEx>GOG</SourceEx>\n <DisplayName>N</DisplayName>"
+                     "\n <DefaultExe32>a</DefaultExe32>\n <SourceExId>1</SourceExId>\n"));
   EXPECT_EQ(CountOf(FixText(text), kSwallowedElement), 1u);
 }
 
 TEST(CatalogueFixText, PutsAWholeFamilyInOrder) {
-  const std::string text =
-      RecordOf(Element("DefaultFolderExe64", "4") + Element("DefaultFolderExe", "3") + Element("DefaultFolder32", "2") + Element("DefaultFolder", "1"));
+  const std::string text = RecordOf(Element("DefaultFolderExe64", "4") + Element("DefaultFolderExe", "3") +
+                                    Element("DefaultFolder32", "2") + Element("DefaultFolder", "1"));
   const GameSignature game = ParseCatalogue(Fixed(text)).at(0);
   EXPECT_EQ(game.DefaultFolder, "1");
   EXPECT_EQ(game.DefaultFolder32, "2");
@@ -55,28 +57,34 @@ TEST(CatalogueFixText, TrimsAndCollapsesWhatTheLibraryDoes) {
 
 TEST(CatalogueFixText, LeavesOutRecordsThatEqualAnEarlierOne) {
   const std::string a = GoodRecord();
-  EXPECT_EQ(Fixed("<G>\n " + a + "\n " + a + "\n " + GoodRecord("", "B") + "\n</G>"), "<G>\n " + a + "\n " + GoodRecord("", "B") + "\n</G>");
+  EXPECT_EQ(Fixed("<G>\n " + a + "\n " + a + "\n " + GoodRecord("", "B") + "\n</G>"),
+            "<G>\n " + a + "\n " + GoodRecord("", "B") + "\n</G>");
   // Equal for the library, written otherwise.
   EXPECT_EQ(Fixed(a + GoodRecord("<RunningExe/>", "&#70;ernpad")), a);
 }
 
 TEST(CatalogueFixText, KeepsRecordsThatDifferOrSayMore) {
   const std::string a = GoodRecord();
-  for (const std::string& other : {GoodRecord(Element("RunningExe", "a.exe")), GoodRecord("<!-- why -->"), GoodRecord(Element("Note", "x"))})
+  for (const std::string& other : {GoodRecord(Element("RunningExe", "a.exe")), GoodRecord("<!-- why -->"),
+                                   GoodRecord(Element("Note", "x"))})
     EXPECT_EQ(Fixed(a + other), a + other);
 }
 
 TEST(CatalogueFixText, TouchesNoRecordThatIsNoFlatList) {
-  for (const char* inside : {"<DisplayName> A</DisplayName", "text<DisplayName> A</DisplayName>", "<DisplayName> A<b/></DisplayName>",
-                             "<DisplayName> A</DisplayName >", "<!-- <DisplayName> A</DisplayName> -->", "<DisplayName x=\"1>0\"> A</DisplayName>",
-                             "<![CDATA[x]]><DisplayName> A</DisplayName>"})
+  for (const char* inside :
+       {"<DisplayName> A</DisplayName", "text<DisplayName> A</DisplayName>",
+        "<DisplayName> A<b/></DisplayName>", "<DisplayName> A</DisplayName >",
+        "<!-- <DisplayName> A</DisplayName> -->", "<DisplayName x=\"1>0\"> A</DisplayName>",
+        "<![CDATA[x]]><DisplayName> A</DisplayName>"})
     EXPECT_EQ(Fixed(RecordOf(inside)), RecordOf(inside));
 }
 
 TEST(CatalogueFixText, ChangesNothingTheSecondTime) {
   const std::string rough = tests::CatalogueSample(20, tests::SampleStyle::kRough).text();
-  const std::string swallowed = RecordOf(Element("SourceExId", " 1 ") + Element("SourceEx", "GOG") + "<!-- x -->" + Element("DisplayName", "A"));
-  for (const std::string& text : {rough, rough + rough, CatalogueOf(swallowed + swallowed + GoodRecord("", "  "))}) {
+  const std::string swallowed = RecordOf(Element("SourceExId", " 1 ") + Element("SourceEx", "GOG") +
+                                         "<!-- x -->" + Element("DisplayName", "A"));
+  for (const std::string& text :
+       {rough, rough + rough, CatalogueOf(swallowed + swallowed + GoodRecord("", "  "))}) {
     const FixedText once = FixText(text);
     EXPECT_FALSE(once.steps.empty());
     const FixedText twice = FixText(once.text);
@@ -91,7 +99,8 @@ TEST(CatalogueFixText, LeavesWhatIsReadAsItIs) {
 }
 
 TEST(CatalogueFixText, AFixedCatalogueChecksClean) {
-  const std::string records = GoodRecord() + GoodRecord() + GoodRecord(Element("SourceExId", "1") + Element("SourceEx", " GOG"), " B  C ");
+  const std::string records = GoodRecord() + GoodRecord() +
+                              GoodRecord(Element("SourceExId", "1") + Element("SourceEx", " GOG"), " B  C ");
   EXPECT_FALSE(CheckText(CatalogueOf(records)).list.empty());
   EXPECT_TRUE(CheckText(Fixed(CatalogueOf(records))).list.empty());
 }
