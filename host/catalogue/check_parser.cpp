@@ -82,10 +82,11 @@ std::string ForParser(std::string_view text) {
 
 // Wine's parser waits for ever where the text ends inside of some markup. So it gets an end that closes
 // whatever may be open, and closes an element that the text doesn't have: behind it there is always an error.
+// The first "-->" may complete a "<!" instead of closing anything.
 std::string FalseEnd(std::string_view text) {
   std::string name = "_";
   while (text.find("<" + name) != text.npos) name += '_';
-  return "-->]]>?>\"'></" + name + ">";
+  return "--> -->]]>?>\"'></" + name + ">";
 }
 
 using CreateReader = HRESULT(WINAPI*)(REFIID, void**, IMalloc*);

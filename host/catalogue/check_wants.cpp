@@ -6,6 +6,7 @@
 #include "matching/signatures.h"
 
 #include <algorithm>
+#include <limits>
 #include <vector>
 
 namespace tarnwick::host {
@@ -69,15 +70,17 @@ bool IsEverTested(const GameSignature& record) {
 }
 
 std::string WhatWouldTest(const GameSignature& record) {
-  constexpr size_t kMostNamed = 3;
-  std::vector<const StrategyWants*> open;
+  std::vector<const StrategyWants*> nearest;
+  size_t fewest = std::numeric_limits<size_t>::max();
   for (const StrategyWants& wants : AllStrategyWants()) {
-    if (IsOpenTo(wants, record)) open.push_back(&wants);
+    const size_t missing = Missing(wants, record).size();
+    if (!IsOpenTo(wants, record) || missing > fewest) continue;
+    if (missing < fewest) nearest.clear();
+    fewest = missing;
+    nearest.push_back(&wants);
   }
-  std::ranges::stable_sort(open, {}, [&](const auto* wants) { return Missing(*wants, record).size(); });
-  if (open.size() > kMostNamed) open.resize(kMostNamed);
   std::string text;
-  for (const auto* wants : open)
+  for (const auto* wants : nearest)
     text.append(text.empty() ? "" : "; or ").append(MissingTexts(*wants, record));
   return text;
 }

@@ -133,7 +133,7 @@ TEST(CatalogueFixCommand, SaysWhatItDidAndWhatIsLeft) {
   EXPECT_EQ(ran.exitCode, kExitSuccess);
   EXPECT_EQ(ran.output, "");
   EXPECT_THAT(ran.errors,
-              HasSubstr(kFile + ":2:107: fixed[TC106]: A: DisplayName is written as it is read, 'A'\n"));
+              HasSubstr(kFile + ":2:112: fixed[TC106]: A: DisplayName is written as it is read, 'A'\n"));
   EXPECT_THAT(ran.errors, HasSubstr("1 text trimmed, 1 equal record left out\n"));
   EXPECT_THAT(ran.errors, HasSubstr(kOut + ":2:"));
   EXPECT_THAT(ran.errors, HasSubstr("1 error, no warnings in 2 records are left\n"));
