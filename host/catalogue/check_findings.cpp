@@ -48,7 +48,8 @@ void AddFinding(Findings& findings, Finding finding) {
 }
 
 void PlaceFindings(Findings& findings, std::string_view text) {
-  std::ranges::stable_sort(findings.list, {}, &Finding::at);
+  std::ranges::sort(findings.list, {},
+                    [](const Finding& finding) { return std::pair(finding.at, finding.check); });
   Walk walk{text, BehindMark(text)};
   for (Finding& finding : findings.list) {
     WalkTo(walk, finding.at);

@@ -121,7 +121,9 @@ std::vector<Child> InOrder(const std::vector<Child>& children) {
     }
     std::vector<Child> family;
     for (const size_t slot : slots) family.push_back(children[slot]);
-    std::ranges::stable_sort(family, {}, [](const Child& child) { return NamesBeneath(child.name); });
+    std::ranges::sort(family, {}, [](const Child& child) {
+      return std::pair(NamesBeneath(child.name), child.whole.begin);
+    });
     for (size_t i = 0; i < slots.size(); ++i) {
       ordered[slots[i]] = family[i];
       done[slots[i]] = true;

@@ -29,7 +29,7 @@ TEST(CatalogueCheckFindings, AByteOrderMarkTakesNoColumn) {
 
 TEST(CatalogueCheckFindings, AreSortedByPlace) {
   Findings findings;
-  for (const size_t at : {5, 1, 3}) AddFinding(findings, {at, kNoName, {}, {}});
+  for (const size_t at : {5u, 1u, 3u}) AddFinding(findings, {at, kNoName, {}, {}});
   PlaceFindings(findings, "aaaaaaaaa");
   EXPECT_EQ(findings.list[0].at, 1u);
   EXPECT_EQ(findings.list[2].column, 6u);
