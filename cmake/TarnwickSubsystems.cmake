@@ -10,3 +10,12 @@ list(APPEND TARNWICK_NATIVE_UNITS
   ${PROJECT_SOURCE_DIR}/src/matching/path_text.cpp
   ${PROJECT_SOURCE_DIR}/src/matching/signature_index.cpp
   ${PROJECT_SOURCE_DIR}/src/core/merge.cpp)
+
+# Builds without Windows too; its test doesn't.
+set(TARNWICK_NATIVE_TABLES ${PROJECT_SOURCE_DIR}/src/core/strategy_wants.cpp)
+
+# Of the program, what reads a catalogue for its checks.
+foreach(unit check_characters check_encoding check_findings check_layout check_rules check_text check_wants fix_text)
+  list(APPEND TARNWICK_NATIVE_HOST_UNITS ${PROJECT_SOURCE_DIR}/host/catalogue/${unit}.cpp)
+endforeach()
+list(APPEND TARNWICK_NATIVE_UNITS ${TARNWICK_NATIVE_HOST_UNITS})

@@ -10,6 +10,7 @@
 
 #include "catalogue/catalogue_reader.h"
 #include "catalogue/xml_parser.h"
+#include "host/catalogue/check_encoding.h"
 #include "host/console.h"
 #include "host/input_file.h"
 #include "host/presentation.h"

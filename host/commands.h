@@ -15,5 +15,7 @@ int RunExplain(const Options& options);
 int RunEncipher(const Options& options);
 int RunDecipher(const Options& options);
 int RunCapture(const Options& options);
+int RunCatalogueCheck(const Options& options);
+int RunCatalogueFix(const Options& options);
 
 }  // namespace tarnwick::host

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "foundation/conversions.h"
+#include "host/catalogue/check_encoding.h"
 #include "host/input_file.h"
 #include "inventory/game_query_reader.h"
 

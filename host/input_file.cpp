@@ -3,7 +3,6 @@
 #include "foundation/owner.h"
 
 #include <algorithm>
-#include <array>
 #include <vector>
 
 #include "host/console.h"
@@ -101,16 +100,6 @@ FileFault FaultOfWindowsError(uint32_t error) {
 std::string ExplainFault(const std::string& path, FileFault fault) {
   const auto* const row = std::ranges::find(kFaultTexts, fault, &FaultText::fault);
   return row == std::end(kFaultTexts) ? std::string() : path + row->text;
-}
-
-bool IsUtf16(std::string_view bytes) {
-  if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF")) return true;
-  const std::string_view head = bytes.substr(0, 4096 + bytes.size() % 2);
-  std::array<size_t, 2> zeros{};
-  for (size_t at = 0; at < head.size(); ++at) zeros[at % 2] += head[at] == '\0' ? 1 : 0;
-  const auto [fewer, more] = std::minmax(zeros[0], zeros[1]);
-  const size_t units = head.size() / 2;
-  return units > 0 && more * 4 >= units && fewer * 8 <= more;
 }
 
 bool IsSameFile(const std::string& first, const std::string& second) {

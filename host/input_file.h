@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <string>
-#include <string_view>
 
 namespace tarnwick::host {
 
@@ -22,10 +21,6 @@ FileFault FaultOfWindowsError(uint32_t error);
 
 // One line that names the file, says what is wrong with it and what to do; empty where nothing is.
 std::string ExplainFault(const std::string& path, FileFault fault);
-
-// Is the text UTF-16? By its byte order mark or, without one, by the zero bytes that Latin letters leave at
-// the odd or at the even places, and only there.
-bool IsUtf16(std::string_view bytes);
 
 // Do both paths lead to one existing file, however they are spelled?
 bool IsSameFile(const std::string& first, const std::string& second);

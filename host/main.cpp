@@ -17,7 +17,8 @@ constexpr Command kCommands[] = {
     {"find", tarnwick::host::RunFind},         {"details", tarnwick::host::RunDetails},
     {"watch", tarnwick::host::RunWatch},       {"explain", tarnwick::host::RunExplain},
     {"capture", tarnwick::host::RunCapture},   {"encipher", tarnwick::host::RunEncipher},
-    {"decipher", tarnwick::host::RunDecipher},
+    {"decipher", tarnwick::host::RunDecipher}, {"check", tarnwick::host::RunCatalogueCheck},
+    {"fix", tarnwick::host::RunCatalogueFix},
 };
 
 int RunCommand(const Options& options) {

@@ -32,8 +32,7 @@ const FormatNames kAnyFormat = {{"table", Format::kTable},
                                 {"html", Format::kHtml}};
 
 std::string FormatHelp(const FormatNames& formats) {
-  std::string help = "table (default) or json";
-  if (formats.count("text") > 0) help = "text (default) or json";
+  std::string help = formats.count("text") > 0 ? "text (default) or json" : "table (default) or json";
   if (formats.count("csv") > 0) help = "table (default), json, ndjson (one object a line) or csv";
   if (formats.count("html") > 0)
     help = "table (default), json, ndjson, csv, or html: one self-contained page";
@@ -166,8 +165,20 @@ void AddWatch(CLI::App& app, Options& options) {
   AddLog(*watch, options);
 }
 
+void AddCheckAndFix(CLI::App& catalogue, Options& options) {
+  CLI::App* check = catalogue.add_subcommand("check", "Tell what is wrong with a catalogue, and where");
+  check->add_option("FILE", options.input, "The catalogue to check")->required();
+  AddFormat(*check, options, kTextOrJson);
+  check->add_flag("--strict", options.strict, "Take warnings for errors");
+  CLI::App* fix = catalogue.add_subcommand("fix", "Write a catalogue anew, with what can be mended mended");
+  fix->add_option("FILE", options.input, "The catalogue to read")->required();
+  fix->add_option("-o,--output", options.output, "The file to write")->required();
+}
+
 void AddCatalogue(CLI::App& app, Options& options) {
-  CLI::App* catalogue = app.add_subcommand("catalogue", "For maintainers: encipher or decipher a catalogue");
+  CLI::App* catalogue =
+      app.add_subcommand("catalogue", "For maintainers: check, fix, encipher or decipher a catalogue");
+  AddCheckAndFix(*catalogue, options);
   catalogue->require_subcommand(1);
   for (const char* name : {"encipher", "decipher"}) {
     CLI::App* step =

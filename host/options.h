@@ -35,6 +35,7 @@ struct Options {
   int32_t durationMs = 0;    // watch: 0 goes on until Ctrl+C
   bool list = false;         // capture: tells what would be written
   bool withApps = false;     // capture: all applications
+  bool strict = false;       // catalogue check
 };
 
 // Exit codes of the program.

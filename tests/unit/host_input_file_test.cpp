@@ -1,5 +1,7 @@
 #include "host/input_file.h"
 
+#include "host/catalogue/check_encoding.h"
+
 #include "desktop/desktop.h"
 #include "support/locked_path.h"
 #include "support/utf16_bytes.h"

@@ -1,0 +1,57 @@
+#include "host/catalogue/check_wants.h"
+
+#include <gmock/gmock.h>
+
+namespace tarnwick::host {
+namespace {
+
+using testing::HasSubstr;
+
+GameSignature Game(int32_t source) {
+  GameSignature game;
+  game.SourceKind = source;
+  return game;
+}
+
+TEST(CatalogueCheckWants, ARecordIsTestedBySomeStrategyOrNone) {
+  GameSignature game = Game(kSourceGog);
+  game.DefaultExe = "a.exe";
+  EXPECT_FALSE(IsEverTested(game));
+  game.DefaultFolder64 = "C:\\A";
+  EXPECT_FALSE(IsEverTested(game));
+  game.DefaultFolder32 = "C:\\A";
+  EXPECT_TRUE(IsEverTested(game));
+  game.SourceKind = kSourceEpic;
+  EXPECT_FALSE(IsEverTested(game));
+  game.DefaultFolder32 = "%UserProfile%\\A";
+  EXPECT_TRUE(IsEverTested(game));
+}
+
+TEST(CatalogueCheckWants, ARecordIsLookedUpByItsSourcesId) {
+  GameSignature game = Game(kSourceUwp);
+  game.GameInfo = "A_b";
+  EXPECT_TRUE(IsEverTested(game));
+  game.SourceKind = kSourceSteam;
+  game.SourceExId = "570";
+  EXPECT_FALSE(IsEverTested(game));
+  game.DefaultFolderExe = "a\\a.exe";
+  EXPECT_TRUE(IsEverTested(game));
+}
+
+TEST(CatalogueCheckWants, AZeroGuidIsNone) {
+  GameSignature game = Game(kSourceNone);
+  game.GameGUID = "00000000-0000-0000-0000-000000000000";
+  EXPECT_FALSE(IsEverTested(game));
+  game.GameGUID.back() = '1';
+  EXPECT_TRUE(IsEverTested(game));
+}
+
+TEST(CatalogueCheckWants, NamesWhatTheNearestStrategiesLack) {
+  GameSignature game = Game(kSourceRiot);
+  EXPECT_THAT(WhatWouldTest(game), HasSubstr("RunningExe (Riot Platform Search)"));
+  game.RegistryKey = "HKEY_LOCAL_MACHINE\\A";
+  EXPECT_THAT(WhatWouldTest(game), HasSubstr("RegistryPathKeyName (Registry Search Scan)"));
+}
+
+}  // namespace
+}  // namespace tarnwick::host
