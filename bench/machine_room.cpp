@@ -2,8 +2,8 @@
 // in turns. Google Benchmark isn't packaged for this compiler, so the rounds are timed here.
 #include "foundation/machine/known_folders.h"
 #include "foundation/windows_api.h"
+#include "quantiles.h"
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <vector>
@@ -27,16 +27,6 @@ double Round(const Ask& ask) {
   const std::chrono::duration<double, std::nano> time = std::chrono::steady_clock::now() - start;
   // The count is used, so that no compiler leaves the calls out.
   return answers < 0 ? 0 : time.count() / kCalls;
-}
-
-double Quantile(std::vector<double> values, double part) {
-  std::sort(values.begin(), values.end());
-  return values[static_cast<size_t>(part * static_cast<double>(values.size() - 1))];
-}
-
-void PrintRow(const char* name, const std::vector<double>& values, const char* unit) {
-  std::printf("%-28s %8.3f %8.3f %8.3f %s\n", name, Quantile(values, 0.25), Quantile(values, 0.5),
-              Quantile(values, 0.75), unit);
 }
 
 }  // namespace

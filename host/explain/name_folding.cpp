@@ -5,41 +5,49 @@
 #include "host/edit_distance.h"
 
 #include <algorithm>
+#include <cwctype>
 #include <iterator>
 #include <sstream>
+#include <string_view>
 #include <vector>
 
 namespace tarnwick::host {
 namespace {
 
-std::wstring WideName(const std::string& name) { return common::Wide(name, common::Malformed::kReplaced); }
+constexpr std::wstring_view kSigns = L"\u2122\u00AE\u00A9\u2120";
 
+// The text itself where Windows can't tell.
 std::wstring Decomposed(const std::wstring& text) {
   if (text.empty()) return text;
   const int length = static_cast<int>(text.size());
-  const int room = NormalizeString(NormalizationKD, text.data(), length, nullptr, 0);
-  std::wstring decomposed(static_cast<size_t>(std::max(room, 0)), L'\0');
-  const int made = NormalizeString(NormalizationKD, text.data(), length, decomposed.data(), room);
-  if (made <= 0) return text;
-  decomposed.resize(static_cast<size_t>(made));
-  return decomposed;
-}
-
-bool IsMark(wchar_t unit) {
-  WORD type = 0;
-  return GetStringTypeW(CT_CTYPE3, &unit, 1, &type) && (type & (C3_NONSPACING | C3_DIACRITIC)) != 0 &&
-         (type & C3_ALPHA) == 0 && unit >= 0x300;
-}
-
-std::wstring Folded(std::wstring text) {
-  text = Decomposed(text);
-  std::erase_if(text, IsMark);
-  CharLowerBuffW(text.data(), static_cast<DWORD>(text.size()));
+  // The first answer is an estimate, and a call that finds it too small gives the next one.
+  for (int room = NormalizeString(NormalizationKD, text.data(), length, nullptr, 0); room > 0;) {
+    std::wstring decomposed(static_cast<size_t>(room), L'\0');
+    const int written = NormalizeString(NormalizationKD, text.data(), length, decomposed.data(), room);
+    if (written > 0) return decomposed.substr(0, static_cast<size_t>(written));
+    room = GetLastError() == ERROR_INSUFFICIENT_BUFFER ? -written : 0;
+  }
   return text;
 }
 
-bool IsTrademark(wchar_t unit) {
-  return unit == 0x2122 || unit == 0x2120 || unit == 0x00AE || unit == 0x00A9;
+void DropMarks(std::wstring& text) {
+  std::vector<WORD> types(text.size());
+  if (!GetStringTypeW(CT_CTYPE3, text.data(), static_cast<int>(text.size()), types.data())) return;
+  size_t at = 0;
+  std::erase_if(text, [&](wchar_t) { return (types[at++] & C3_NONSPACING) != 0; });
+}
+
+std::wstring WithSingleBlanks(const std::wstring& text) {
+  std::wstring single;
+  for (const wchar_t unit : text) {
+    if (std::iswspace(unit) == 0) {
+      single += unit;
+    } else if (!single.empty() && single.back() != L' ') {
+      single += L' ';
+    }
+  }
+  if (single.ends_with(L' ')) single.pop_back();
+  return single;
 }
 
 constexpr const wchar_t* kRoman[] = {L"i",  L"ii", L"iii", L"iv",  L"v",    L"vi",  L"vii", L"viii",
@@ -52,7 +60,7 @@ std::wstring Arabic(const std::wstring& word) {
 
 std::u32string CodePoints(const std::string& text) {
   std::u32string points;
-  const std::wstring wide = WideName(text);
+  const std::wstring wide = common::Wide(text, common::Malformed::kReplaced);
   for (size_t i = 0; i < wide.size(); ++i) {
     char32_t point = wide[i];
     const bool pair = point >= 0xD800 && point < 0xDC00 && i + 1 < wide.size();
@@ -71,12 +79,18 @@ size_t Difference(size_t a, size_t b) { return a < b ? b - a : a - b; }
 
 }  // namespace
 
-std::string FoldedName(const std::string& name) { return common::Narrow(Folded(WideName(name))); }
+std::string FoldedName(const std::string& utf8) {
+  std::wstring name = common::Wide(utf8, common::Malformed::kReplaced);
+  // Before the compatibility form, which makes letters of them.
+  std::erase_if(name, [](wchar_t unit) { return kSigns.find(unit) != std::wstring_view::npos; });
+  name = Decomposed(name);
+  DropMarks(name);
+  CharLowerBuffW(name.data(), static_cast<DWORD>(name.size()));
+  return common::Narrow(WithSingleBlanks(name));
+}
 
 std::string LooseName(const std::string& name) {
-  std::wstring text = WideName(name);
-  std::erase_if(text, IsTrademark);
-  std::wistringstream words(Folded(text));
+  std::wistringstream words(common::Wide(FoldedName(name)));
   std::wstring loose;
   for (std::wstring word; words >> word;) loose += loose.empty() ? word : Arabic(word);
   return common::Narrow(loose);

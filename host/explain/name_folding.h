@@ -1,16 +1,16 @@
 #pragma once
-// Names as people compare them. UTF-8; malformed bytes count as U+FFFD.
+// Names as they are compared where spelling may differ. UTF-8.
 
 #include <string>
 
 namespace tarnwick::host {
 
-// Without accents and letter case: what two names have in common that a person would call the same word. The
-// compatibility forms of letters are taken apart too, so "\u2163" is "iv" and "\uFF21" is "a".
+// A UTF-8 name in compatibility form (NFKD) and lower case, without combining marks and trade mark,
+// registered, copyright and service mark signs; runs of white space are one blank, and none stands at either
+// end. Malformed bytes become U+FFFD.
 std::string FoldedName(const std::string& name);
 
-// The folded name without white space and trademark signs, and with Roman numerals behind the first word
-// turned into Arabic ones.
+// The folded name without white space, and with Roman numerals behind the first word turned into Arabic ones.
 std::string LooseName(const std::string& name);
 
 // Equal when loosely read, or one edit apart and with the same digits: "Foo 2" and "Foo 3" are two games.

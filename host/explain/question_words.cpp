@@ -35,6 +35,7 @@ constexpr KindWords kWords[] = {
     {QuestionKind::kDriveType, "type of drive {0}", "the type of drive {0} isn't known"},
     {QuestionKind::kVersionResource, "version of {0}", "{0} has no version resource"},
     {QuestionKind::kProcess, "process {0}", "the process {0} isn't known"},
+    {QuestionKind::kIcon, "take the icon of {0} by {1}", "{1} finds no icon of {0}"},
 };
 static_assert(std::size(kWords) == kQuestionKinds);
 

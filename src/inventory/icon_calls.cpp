@@ -1,6 +1,8 @@
 // Edge: the icon calls of user32 and the shell.
 #include "inventory/icon_calls.h"
 
+#include "foundation/conversions.h"
+#include "foundation/machine/observer.h"
 #include "foundation/seh_guard.h"
 #include "foundation/windows_api.h"
 
@@ -77,9 +79,40 @@ Icon Guarded(Arguments... arguments) {
   return icon;
 }
 
+// The calls as observers know them.
+std::string PrivateExtractText(int index, int size) {
+  return "PrivateExtractIconsW #" + std::to_string(index) + " at " + std::to_string(size) + " pixels";
+}
+
+std::string SystemImageListText() { return "SHGetImageList"; }
+
+std::string ExtractLargeIconText(int index) { return "ExtractIconExW #" + std::to_string(index); }
+
+std::string ShellIconText() { return "SHGetFileInfoW"; }
+
+std::string LoadIconImageText(int size) {
+  return "LoadImageW at " + (size == 0 ? "its own size" : std::to_string(size) + " pixels");
+}
+
+// The guarded call as a question to the machine.
+template <auto call, auto text, class... Arguments>
+Icon Asked(const std::wstring& path, Arguments... arguments) {
+  return machine::AskMachine(
+      [&] { return Question{QuestionKind::kIcon, WideToUtf8(path), text(arguments...), {}, {}}; },
+      [] { return Icon(); }, [&] { return Guarded<call, const std::wstring&>(path, arguments...); },
+      TellIcon);
+}
+
 }  // namespace
 
-const IconCalls kWindowsIconCalls = {Guarded<PrivateExtract>, Guarded<SystemImageList>,
-                                     Guarded<ExtractLargeIcon>, Guarded<ShellIcon>, Guarded<LoadIconImage>};
+const IconCalls kWindowsIconCalls = {
+    Asked<PrivateExtract, PrivateExtractText>, Asked<SystemImageList, SystemImageListText>,
+    Asked<ExtractLargeIcon, ExtractLargeIconText>, Asked<ShellIcon, ShellIconText>,
+    Asked<LoadIconImage, LoadIconImageText>};
+
+Answer TellIcon(const Icon& icon) {
+  const bool given = static_cast<bool>(icon);
+  return {given, given ? "an icon" : "none"};
+}
 
 }  // namespace tarnwick

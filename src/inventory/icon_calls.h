@@ -1,6 +1,7 @@
 #pragma once
 // The calls that icons come from, as data, so that a test can count them and let each of them fail.
 
+#include "foundation/machine/observer.h"
 #include "foundation/owner.h"
 
 #include <string>
@@ -21,8 +22,12 @@ struct IconCalls {
   Icon (*loadImage)(const std::wstring& path, int size);
 };
 
-// Windows itself.
+// Windows itself. An observer hears each call as a question of kind kIcon: the path, and the call's name with
+// its size and index.
 extern const IconCalls kWindowsIconCalls;
+
+// The Answer to a question for an icon: whether there is one.
+Answer TellIcon(const Icon& icon);
 
 // As in icons.h, over the calls given.
 Icon LoadIconFromFile(const std::wstring& path, int index, const IconCalls& calls);

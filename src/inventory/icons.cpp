@@ -2,7 +2,9 @@
 #include "inventory/icons.h"
 
 #include "foundation/com_scope.h"
+#include "foundation/conversions.h"
 #include "foundation/machine/known_folders.h"
+#include "foundation/machine/observer.h"
 #include "foundation/machine/path_rules.h"
 #include "foundation/machine/paths.h"
 #include "foundation/text.h"
@@ -13,6 +15,7 @@
 #include <shlwapi.h>
 #include <cstdint>
 #include <cwchar>
+#include <string_view>
 #include <vector>
 
 namespace tarnwick {
@@ -21,11 +24,24 @@ namespace {
 constexpr uint32_t kCommandUnits = 260;
 constexpr uint32_t kReferenceUnits = 4096;
 constexpr int kFolderUnits = 1040;
+constexpr double kNoCandidate = -1.0;
 
 // The running best candidate of a folder search.
 struct Best {
   std::wstring path;
-  double score = -1.0;
+  double score = kNoCandidate;
+};
+
+// A folder as the search sees it.
+struct SearchedEntry {
+  std::wstring name;
+  uint64_t bytes = 0;
+  bool isFolder = false;
+};
+
+struct SearchedFolder {
+  std::vector<SearchedEntry> entries = {};
+  DWORD error = ERROR_SUCCESS;  // why it can't be listed
 };
 
 bool IsInstallerName(const std::wstring& fileName) {
@@ -37,39 +53,53 @@ bool IsSkippedFolder(const std::wstring& name) {
       name, {L"unins", L"uninstall", L"setup", L"install", L"update", L"patch", L"cleanup", L"repair"});
 }
 
-double ScoreOf(const WIN32_FIND_DATAW& file) {
-  constexpr double kMebibytesPerByte = 9.5367431640625e-07;
-  constexpr double kNameBonus = 50.0;
-  const uint64_t size = static_cast<uint64_t>(file.nFileSizeHigh) << 32 | file.nFileSizeLow;
-  const double score = static_cast<double>(size) * kMebibytesPerByte;
-  return ContainsNoCase(file.cFileName, {L"client", L"main", L"app"}) ? score + kNameBonus : score;
+SearchedEntry EntryOf(const WIN32_FIND_DATAW& found) {
+  return {found.cFileName, static_cast<uint64_t>(found.nFileSizeHigh) << 32 | found.nFileSizeLow,
+          (found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0};
 }
 
-void ConsiderFile(const std::wstring& folder, const WIN32_FIND_DATAW& file, Best& best) {
-  // Kept: the skip words are for folders, so an installer's own executable takes part like any other
-  // (docs/decisions/icon-lookups.md).
-  if (_wcsicmp(PathFindExtensionW(file.cFileName), L".exe") != 0) return;
-  const double score = ScoreOf(file);
-  if (score > best.score) best = {JoinWidePath(folder, file.cFileName), score};
+SearchedFolder ListEntries(const std::wstring& folder) {
+  const std::wstring pattern = (folder.back() == L'\\' ? folder : folder + L'\\') + L'*';
+  WIN32_FIND_DATAW found;
+  const FindHandle find(FindFirstFileW(pattern.c_str(), &found));
+  if (!find) return {{}, GetLastError()};
+  SearchedFolder listing;
+  do {
+    const std::wstring_view name = found.cFileName;
+    if (name != L"." && name != L"..") listing.entries.push_back(EntryOf(found));
+  } while (FindNextFileW(find.Get(), &found));
+  return listing;
+}
+
+Answer TellEntries(const SearchedFolder& listing) {
+  if (listing.error != ERROR_SUCCESS) return {false, "error " + std::to_string(listing.error)};
+  Answer answer{true, {}};
+  for (const SearchedEntry& entry : listing.entries) {
+    answer.text += WideToUtf8(entry.name) + '\t';
+    answer.text += (entry.isFolder ? "folder" : std::to_string(entry.bytes)) + '\n';
+  }
+  return answer;
+}
+
+SearchedFolder AskEntries(const std::wstring& folder) {
+  return machine::AskMachine(
+      [&] { return Question{QuestionKind::kListFolder, WideToUtf8(folder), kIconSearch, {}, {}}; },
+      [] { return SearchedFolder{{}, ERROR_ACCESS_DENIED}; }, [&] { return ListEntries(folder); },
+      TellEntries);
 }
 
 // Junctions are followed: the depth alone keeps a loop of them finite.
 void SearchFolder(const std::wstring& folder, int depth, Best& best) {
   constexpr int kDepthLimit = 3;
   if (depth >= kDepthLimit) return;
-  const std::wstring pattern = (folder.back() == L'\\' ? folder : folder + L'\\') + L'*';
-  WIN32_FIND_DATAW entry;
-  const FindHandle find(FindFirstFileW(pattern.c_str(), &entry));
-  if (!find) return;
-  do {
-    const std::wstring name = entry.cFileName;
-    if (name == L"." || name == L"..") continue;
-    if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0) {
-      ConsiderFile(folder, entry, best);
-    } else if (!IsSkippedFolder(name)) {
-      SearchFolder(JoinWidePath(folder, name), depth + 1, best);
+  for (const SearchedEntry& entry : AskEntries(folder).entries) {
+    if (!entry.isFolder) {
+      const double score = IconScore(entry.name, entry.bytes);
+      if (score > best.score) best = {JoinWidePath(folder, entry.name), score};
+    } else if (!IsSkippedFolder(entry.name)) {
+      SearchFolder(JoinWidePath(folder, entry.name), depth + 1, best);
     }
-  } while (FindNextFileW(find.Get(), &entry));
+  }
 }
 
 std::vector<std::wstring> WeGameCandidates(const std::wstring& folder) {
@@ -90,6 +120,16 @@ std::wstring FolderOfUninstaller(const std::wstring& uninstallString) {
   if (program == command) program = command.substr(0, command.find(L' '));
   if (!ShellPathExists(program)) return {};
   return FolderOf(program, static_cast<int>(program.size()) + 1);
+}
+
+Icon AskStockApplicationIcon() {
+  SHSTOCKICONINFO info = {};
+#if defined(_WIN64)
+  static_assert(sizeof info == 544);
+#endif
+  info.cbSize = sizeof info;
+  if (FAILED(SHGetStockIconInfo(SIID_APPLICATION, SHGSI_ICON, &info))) return Icon();
+  return Icon(info.hIcon);
 }
 
 std::string UriOrStock(Icon icon) {
@@ -146,6 +186,16 @@ Icon TryLoadIconFromInstallLocation(const std::wstring& folder) {
   return best.path.empty() ? Icon() : LoadIconFromFile(best.path, 0);
 }
 
+double IconScore(const std::wstring& fileName, uint64_t bytes) {
+  constexpr double kMebibytesPerByte = 9.5367431640625e-07;
+  constexpr double kNameBonus = 50.0;
+  // Kept: the skip words are for folders, so an installer's own executable takes part like any other
+  // (docs/decisions/icon-lookups.md).
+  if (_wcsicmp(PathFindExtensionW(fileName.c_str()), L".exe") != 0) return kNoCandidate;
+  const double score = static_cast<double>(bytes) * kMebibytesPerByte;
+  return ContainsNoCase(fileName, {L"client", L"main", L"app"}) ? score + kNameBonus : score;
+}
+
 Icon TryLoadWeGameIcon(const std::wstring& folder) {
   if (folder.empty()) return Icon();
   for (const std::wstring& candidate : WeGameCandidates(folder)) {
@@ -197,13 +247,9 @@ Icon LoadIconFromFile(const std::wstring& path, int32_t index) {
 Icon LoadIcoFile(const std::wstring& path) { return LoadIcoFile(path, kWindowsIconCalls); }
 
 Icon LoadStockApplicationIcon() {
-  SHSTOCKICONINFO info = {};
-#if defined(_WIN64)
-  static_assert(sizeof info == 544);
-#endif
-  info.cbSize = sizeof info;
-  if (FAILED(SHGetStockIconInfo(SIID_APPLICATION, SHGSI_ICON, &info))) return Icon();
-  return Icon(info.hIcon);
+  return machine::AskMachine(
+      [] { return Question{QuestionKind::kIcon, kGenericApplication, "SHGetStockIconInfo", {}, {}}; },
+      [] { return Icon(); }, AskStockApplicationIcon, TellIcon);
 }
 
 }  // namespace tarnwick

@@ -30,7 +30,15 @@ Icon ResolveAppIcon(const AppRecord& record);
 
 // The game.ico of a game that WeGame installed, otherwise the icon of the largest executable in the folder
 // and the two levels below it, where "client", "main" or "app" in the name counts for 50 MiB.
+// An observer hears each folder that is searched as a question of kind kListFolder with the detail
+// kIconSearch; the answer has a line for each entry: its name, a tab, and "folder" or the file's bytes.
 Icon TryLoadIconFromInstallLocation(const std::wstring& folder);
+inline constexpr char kIconSearch[] = "icon search";
+
+// What a file of that name, with so many bytes, counts for in that search: mebibytes, and the name's bonus.
+// Below 0 for a file that is no executable, and so no candidate. The highest wins, of equal ones the first.
+double IconScore(const std::wstring& fileName, uint64_t bytes);
+
 Icon TryLoadWeGameIcon(const std::wstring& folder);
 
 // An icon of an executable, library or .ico file, as large as there is, up to 256 pixels. Sources in order:
@@ -41,7 +49,8 @@ Icon LoadIconFromFile(const std::wstring& path, int32_t index);
 // The image nearest 256 pixels of an .ico file; empty if the file is missing.
 Icon LoadIcoFile(const std::wstring& path);
 
-// The system's generic application icon.
+// The system's generic application icon. An observer hears it asked for under this name.
+inline constexpr char kGenericApplication[] = "the generic application";
 Icon LoadStockApplicationIcon();
 
 }  // namespace tarnwick

@@ -34,6 +34,12 @@ TEST(HostQuestionWords, SayWhatIsMissing) {
             "C:\\Games\\X\\x.exe doesn't exist");
 }
 
+TEST(HostQuestionWords, NameTheCallThatAnIconIsTakenBy) {
+  const Question question = About(QuestionKind::kIcon, "C:\\a.exe", "ExtractIconExW #3");
+  EXPECT_EQ(QuestionInWords(question), "take the icon of C:\\a.exe by ExtractIconExW #3");
+  EXPECT_EQ(MissInWords({question, {false, "none"}}), "ExtractIconExW #3 finds no icon of C:\\a.exe");
+}
+
 TEST(HostQuestionWords, TellAccessDeniedFromMissing) {
   EXPECT_EQ(MissInWords({About(QuestionKind::kOpenKey, "HKEY_LOCAL_MACHINE\\A"), {false, "error 5"}}),
             "open key HKEY_LOCAL_MACHINE\\A: access denied");

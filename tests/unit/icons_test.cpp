@@ -1,5 +1,6 @@
 #include "inventory/icons.h"
 
+#include "common/heard_questions.h"
 #include "desktop/desktop.h"
 #include "foundation/conversions.h"
 #include "inventory/icon_calls.h"
@@ -515,6 +516,132 @@ TEST(IconsOnOtherThreads, AThreadWithoutComGetsItsIconToo) {
   AppRecord record = Record(kWideRoot + L"a.exe");
   std::thread([&] { LoadAppIconLazy(record); }).join();
   EXPECT_EQ(tests::DecodePngDataUri(WideToUtf8(record.IconDataUri)).CentreRgb(), kRed);
+}
+
+// --- What an observer hears. ---
+
+using common::Heard;
+using common::HeardQuestions;
+
+std::vector<Heard> HeardOf(const HeardQuestions& questions, QuestionKind kind) {
+  std::vector<Heard> heard = questions.All();
+  std::erase_if(heard, [&](const Heard& one) { return one.question.kind != kind; });
+  return heard;
+}
+
+std::vector<std::string> WaysOf(const std::vector<Heard>& heard) {
+  std::vector<std::string> ways;
+  for (const Heard& one : heard) ways.push_back(one.question.detail + (one.answer.given ? ": yes" : ": no"));
+  return ways;
+}
+
+TEST_F(Icons, AnObserverHearsTheCallThatGivesTheIcon) {
+  d.Executable(kRoot + "a.exe", Coloured(kRed));
+  const HeardQuestions questions;
+  LoadIconFromFile(kWideRoot + L"a.exe", 0);
+  const std::vector<Heard> heard = HeardOf(questions, QuestionKind::kIcon);
+  EXPECT_THAT(WaysOf(heard), ElementsAre("PrivateExtractIconsW #0 at 256 pixels: yes"));
+  EXPECT_EQ(heard.front().question.subject, kRoot + "a.exe");
+}
+
+TEST_F(Icons, AnObserverHearsEachSourceThatGaveNone) {
+  const HeardQuestions questions(
+      [](const Question& question) { return question.kind == QuestionKind::kIcon; });
+  EXPECT_FALSE(LoadIconFromFile(kWideRoot + L"a.exe", -7));
+  EXPECT_THAT(
+      WaysOf(questions.All()),
+      ElementsAre("shell: no", "PrivateExtractIconsW #0 at 256 pixels: no",
+                  "PrivateExtractIconsW #0 at 128 pixels: no", "PrivateExtractIconsW #0 at 48 pixels: no",
+                  "SHGetImageList: no", "ExtractIconExW #-7: no", "SHGetFileInfoW: no"));
+}
+
+TEST_F(Icons, AnObserverHearsHowAnIconFileIsLoaded) {
+  d.IconFile(kRoot + "a.ico", Group(kGreen));
+  const HeardQuestions questions(
+      [](const Question& question) { return question.kind == QuestionKind::kIcon; });
+  EXPECT_FALSE(LoadIcoFile(kWideRoot + L"a.ico"));
+  EXPECT_THAT(WaysOf(questions.All()),
+              ElementsAre("shell: yes", "LoadImageW at 256 pixels: no", "LoadImageW at its own size: no",
+                          "LoadImageW at 32 pixels: no", "SHGetFileInfoW: no"));
+}
+
+TEST_F(Icons, ARefusedCallGivesWayToTheNext) {
+  d.Executable(kRoot + "a.exe", Coloured(kRed));
+  const HeardQuestions questions(
+      [](const Question& question) { return question.detail.ends_with("at 256 pixels"); });
+  const Icon icon = LoadIconFromFile(kWideRoot + L"a.exe", 0);
+  EXPECT_EQ(ColourOf(icon), kRed);
+  EXPECT_THAT(
+      WaysOf(HeardOf(questions, QuestionKind::kIcon)),
+      ElementsAre("PrivateExtractIconsW #0 at 256 pixels: no", "PrivateExtractIconsW #0 at 128 pixels: yes"));
+}
+
+TEST_F(Icons, AnObserverHearsTheStockIcon) {
+  const HeardQuestions questions;
+  LoadStockApplicationIcon();
+  ASSERT_EQ(questions.All().size(), 1u);
+  EXPECT_EQ(questions.All().front().question.detail, "SHGetStockIconInfo");
+}
+
+TEST_F(Icons, AnObserverHearsEachFolderThatIsSearchedWithItsEntries) {
+  d.Executable(kRoot + "G\\1\\a.exe", Coloured(kRed, kMebibyte));
+  d.File(kRoot + "G\\1\\b.txt", "four");
+  d.Folder(kRoot + "G\\1\\Setup");
+  d.Folder(kRoot + "G\\1\\2\\3");
+  const HeardQuestions questions;
+  TryLoadIconFromInstallLocation(kWideRoot + L"G");
+  const std::vector<Heard> heard = HeardOf(questions, QuestionKind::kListFolder);
+  ASSERT_EQ(heard.size(), 3u);
+  EXPECT_EQ(heard[0].question.subject, kRoot + "G");
+  EXPECT_EQ(heard[0].question.detail, kIconSearch);
+  EXPECT_EQ(heard[0].answer.text, "1\tfolder\n");
+  EXPECT_EQ(heard[1].question.subject, kRoot + "G\\1");
+  std::istringstream entries(heard[1].answer.text);
+  std::set<std::string> lines;
+  for (std::string line; std::getline(entries, line);) lines.insert(line);
+  EXPECT_THAT(lines, ElementsAre("2\tfolder", "Setup\tfolder", "a.exe\t1048576", "b.txt\t4"));
+  EXPECT_EQ(heard[2].question.subject, kRoot + "G\\1\\2");
+  EXPECT_EQ(heard[2].answer.text, "3\tfolder\n");
+}
+
+TEST_F(Icons, AFolderThatIsRefusedOrMissingHoldsNothing) {
+  d.Executable(kRoot + "G\\a.exe", Coloured(kRed));
+  d.Executable(kRoot + "G\\1\\b.exe", Coloured(kGreen, kMebibyte));
+  {
+    const HeardQuestions questions(
+        [](const Question& question) { return question.subject == kRoot + "G\\1"; });
+    EXPECT_EQ(ColourOfFolder(kWideRoot + L"G"), kRed);
+  }
+  EXPECT_EQ(ColourOfFolder(kWideRoot + L"G"), kGreen);
+  const HeardQuestions questions;
+  TryLoadIconFromInstallLocation(kWideRoot + L"Missing");
+  const std::vector<Heard> heard = HeardOf(questions, QuestionKind::kListFolder);
+  ASSERT_EQ(heard.size(), 1u);
+  EXPECT_FALSE(heard.front().answer.given);
+  EXPECT_THAT(heard.front().answer.text, testing::StartsWith("error "));
+}
+
+TEST_F(Icons, ListeningChangesNoIcon) {
+  d.Executable(kRoot + "G\\client.exe", Coloured(kGreen, 9 * kMebibyte));
+  d.Executable(kRoot + "G\\1\\game.exe", Coloured(kRed, 60 * kMebibyte));
+  AppRecord alone = Record(L"", kWideRoot + L"G");
+  LoadAppIconLazy(alone);
+  const HeardQuestions questions;
+  AppRecord heard = Record(L"", kWideRoot + L"G");
+  LoadAppIconLazy(heard);
+  EXPECT_EQ(heard.IconDataUri, alone.IconDataUri);
+  EXPECT_FALSE(heard.IconDataUri.empty());
+}
+
+TEST(IconScore, IsTheMebibytesAndTheNamesBonus) {
+  EXPECT_DOUBLE_EQ(IconScore(L"game.exe", 3 * kMebibyte), 3.0);
+  EXPECT_DOUBLE_EQ(IconScore(L"GameClient.EXE", 9 * kMebibyte), 59.0);
+  EXPECT_DOUBLE_EQ(IconScore(L"mainapp.exe", 0), 50.0);
+  EXPECT_DOUBLE_EQ(IconScore(L"big.exe", uint64_t{5} << 32), 5.0 * 4096);
+}
+
+TEST(IconScore, IsBelowZeroForWhatIsNoExecutable) {
+  for (const wchar_t* name : {L"app.dll", L"app.exe.bak", L"exe", L""}) EXPECT_LT(IconScore(name, 1), 0.0);
 }
 
 }  // namespace

@@ -1,7 +1,9 @@
 #include "foundation/machine/observer.h"
 
+#include "catalogue/xml_parser.h"
 #include "common/heard_questions.h"
 #include "core/strategy_runner.h"
+#include "desktop/description.h"
 #include "desktop/desktop.h"
 #include "foundation/conversions.h"
 #include "foundation/machine/data_files.h"
@@ -12,14 +14,18 @@
 #include "foundation/machine/versions.h"
 #include "foundation/text.h"
 #include "foundation/windows_api.h"
+#include "inventory/icons.h"
 #include "launchers/arc_registry_search.h"
 #include "support/debug_capture.h"
 #include "support/locked_path.h"
+#include "support/source_folder.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
+#include <mutex>
 #include <set>
 
 namespace tarnwick {
@@ -81,6 +87,7 @@ void AskEverything() {
   RunsUnderWow64();
   ReadVersionBlock(LR"(C:\windows\system32\kernel32.dll)");
   ReadNarrowVersionBlock(R"(C:\windows\system32\kernel32.dll)");
+  LoadIcoFile(Utf8ToWide(kRoot + "\\a.ico"));
 }
 
 class MachineObserver : public testing::Test {
@@ -91,6 +98,7 @@ class MachineObserver : public testing::Test {
     d.Key(kKey + "\\Sub");
     d.File(kRoot + "\\a.txt", "one\r\ntwo");
     d.File(kRoot + "\\sub\\b.txt", "b");
+    d.IconFile(kRoot + "\\a.ico", {{{32, 0x2244DD}}});
   }
 
   Desktop d;
@@ -124,7 +132,7 @@ TEST_F(MachineObserver, HearsAQuestionOfEachKindWithItsAnswerAndItsStrategy) {
 TEST_F(MachineObserver, HearsEachOfThemOnce) {
   const HeardQuestions heard;
   AskEverything();
-  EXPECT_EQ(heard.All().size(), 35u);
+  EXPECT_EQ(heard.All().size(), 37u);
 }
 
 TEST_F(MachineObserver, HearsNothingWhenItIsGone) {
@@ -156,7 +164,7 @@ TEST_F(MachineObserver, HearsTheTextsThatCame) {
   ListSubkeys(key);
   EXPECT_EQ(LastAnswer(heard, QuestionKind::kListSubkeys).text, "Sub\n");
   ListFiles(kRoot, nullptr);
-  EXPECT_EQ(LastAnswer(heard, QuestionKind::kListFolder).text, kRoot + "\\a.txt\n");
+  EXPECT_THAT(LastAnswer(heard, QuestionKind::kListFolder).text, HasSubstr(kRoot + "\\a.txt\n"));
   EXPECT_EQ(ReadAll(*OpenTextFile(kRoot + "\\a.txt")), "one\ntwo");
   EXPECT_EQ(LastAnswer(heard, QuestionKind::kReadTextFile).text, "one\ntwo");
   EXPECT_EQ(ReadAll(*OpenBinaryFile(kRoot + "\\a.txt")), "one\r\ntwo");
@@ -299,6 +307,40 @@ TEST_F(MachineObserver, KnowsTheStrategyOnFiveThreadsAtOnce) {
             (std::map<std::string, int>{
                 {"", 1}, {"One", 1000}, {"Two", 1000}, {"Three", 1000}, {"Four", 1000}, {"Five", 1000}}));
   for (const auto& [asker, ids] : threads) EXPECT_THAT(ids, SizeIs(1)) << asker;
+}
+
+// --- A recorder that takes its time. ---
+
+using Told = std::map<std::string, std::vector<std::string>>;  // by strategy, in the order of its questions
+
+Told SlowlyHeard(const GameList& games, const std::vector<ScanStrategy>& strategies) {
+  std::mutex mutex;
+  Told told;
+  Observer observer;
+  observer.heard = [&](const Question& question, const Answer& answer) {
+    Sleep(1);
+    const std::lock_guard lock(mutex);
+    told[question.asker].push_back(std::string(NameOf(question.kind)) + " " + question.subject + " " +
+                                   question.detail + (answer.given ? ": " : "! ") + answer.text);
+  };
+  SetObserver(&observer);
+  RunStrategies(games, [&] { return strategies; });
+  SetObserver(nullptr);
+  return told;
+}
+
+TEST_F(MachineObserver, ASlowRecorderHearsFiveStrategiesAtOnceAsEachAlone) {
+  std::ifstream file(tests::SourceFolder() + "/desktop/samples/sample-desktop.json", std::ios::binary);
+  ApplyDescription(d, {std::istreambuf_iterator<char>(file), {}});
+  const tests::DebugCapture quiet;
+  const GameList games = XmlParser::LoadGameListFromXml(LR"(C:\TarnwickDemo\MasterGameList.xml)");
+  std::vector<ScanStrategy> strategies = ScanStrategies();
+  strategies.resize(5);
+  for (ScanStrategy& strategy : strategies) strategy.priority = 6;
+  Told alone;
+  for (const ScanStrategy& strategy : strategies) alone.merge(SlowlyHeard(games, {strategy}));
+  EXPECT_THAT(alone, SizeIs(5));
+  EXPECT_EQ(SlowlyHeard(games, strategies), alone);
 }
 
 TEST(MachineNames, AreAllDifferent) {

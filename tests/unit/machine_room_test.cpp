@@ -32,7 +32,7 @@ const std::set<std::string> kSmallRooms = {
     "foundation/seh_guard_msvc.cpp",
     "foundation/structured_exception.cpp",
     "foundation/windows_api.h",  // the way in
-    "inventory/icon_calls.cpp",  // icons
+    "inventory/icon_calls.cpp",  // icons, asked for through the room's hook
     "inventory/icon_calls.h",
     "inventory/icons.cpp",
     "inventory/icons.h",

@@ -225,9 +225,10 @@ Names that the library knows are spelled out. A star stands for what others name
 folder or a value that the catalogue, the registry or a launcher's file names. `<common data>` and its like are the folders
 that the shell tells, `<drive>` is any fixed drive but C:.
 
-Not here, since Windows itself reads: the icons of the executables and icon files that were found, the folders of
-applications that name no icon (the largest executable's is taken, two levels deep), and, for the focus watch, the name of
-the foreground process.
+An icon call opens the file and reads what it likes of it; here stands the first one, since that gives the icons of the
+sample desktop, and behind it come the others that `src/inventory/icon_calls.h` lists. Where an application names no icon but
+an installer's, its folder and two levels below it are searched. Not here: the name of the foreground process, for the focus
+watch.
 
 )";
 
@@ -326,9 +327,21 @@ void BuildSample(Desktop& desktop) {
   ApplyDescription(desktop, FileText(sample));
 }
 
+// Its icon is an installer's, so that its folder is searched for another.
+void AddApplicationWithoutIcon(Desktop& desktop) {
+  constexpr char kKey[] =
+      R"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall\Sootling)";
+  constexpr char kFolder[] = R"(C:\Program Files\Sootling)";
+  desktop.String(kKey, "DisplayName", "Sootling", desktop::View::k64);
+  desktop.String(kKey, "InstallLocation", kFolder, desktop::View::k64);
+  desktop.String(kKey, "DisplayIcon", kFolder + std::string("\\setup.exe"), desktop::View::k64);
+  desktop.Executable(kFolder + std::string("\\bin\\sootling.exe"), {{{{{32, 0x3366CC}}}}, {}, 0});
+}
+
 TEST(WhatIsRead, ThePageTellsWhatTheSampleDesktopMakesTheLibraryAsk) {
   Desktop desktop;
   BuildSample(desktop);
+  AddApplicationWithoutIcon(desktop);
   const HeardQuestions heard;
   const GameList games = AskForCatalogue();
   const std::vector<std::string> askers = AskEverything();

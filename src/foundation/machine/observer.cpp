@@ -12,7 +12,7 @@ constexpr const char* kKindNames[] = {
     "open key",   "read value",  "list subkeys",     "list values",      "attributes",
     "status",     "list folder", "read text file",   "read binary file", "file size",
     "write time", "full path",   "known folder",     "environment",      "expand text",
-    "drives",     "drive type",  "version resource", "process",
+    "drives",     "drive type",  "version resource", "process",          "icon",
 };
 static_assert(std::size(kKindNames) == kQuestionKinds);
 

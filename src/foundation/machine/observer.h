@@ -34,8 +34,9 @@ enum class QuestionKind {
   kDriveType,
   kVersionResource,
   kProcess,
+  kIcon,
 };
-inline constexpr int kQuestionKinds = static_cast<int>(QuestionKind::kProcess) + 1;
+inline constexpr int kQuestionKinds = static_cast<int>(QuestionKind::kIcon) + 1;
 
 // Which of the registry's two views a key is opened in; native is the process's own.
 enum class RegistryView { kNative, k64, k32 };
