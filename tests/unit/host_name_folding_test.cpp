@@ -33,7 +33,9 @@ TEST(HostNameFolding, WhiteSpaceIsOneBlankAndNoneAtTheEnds) {
   EXPECT_EQ(FoldedName("\u2122 Fern"), "fern");
 }
 
-TEST(HostNameFolding, DigitsAndPunctuationStay) { EXPECT_EQ(FoldedName("Fern: 2.0 - a_b^"), "fern: 2.0 - a_b^"); }
+TEST(HostNameFolding, DigitsAndPunctuationStay) {
+  EXPECT_EQ(FoldedName("Fern: 2.0 - a_b^"), "fern: 2.0 - a_b^");
+}
 
 TEST(HostNameFolding, NothingStaysNothing) {
   EXPECT_EQ(FoldedName(""), "");
