@@ -169,13 +169,27 @@ bool IsSameResult(const ScanResult& one, const ScanResult& other) {
          one.source == other.source;
 }
 
+bool IsInTheAnswer(const ObservedScan& scan, const OwnResult& one) {
+  return std::any_of(scan.unique.begin(), scan.unique.end(),
+                     [&](const ScanResult& entry) { return IsSameResult(entry, *one.result); });
+}
+
 // The result that stands in the answer as it is, or null.
 const OwnResult* InTheAnswer(const ObservedScan& scan, const std::vector<OwnResult>& own) {
-  const auto found = std::find_if(own.begin(), own.end(), [&](const OwnResult& one) {
-    return std::any_of(scan.unique.begin(), scan.unique.end(),
-                       [&](const ScanResult& entry) { return IsSameResult(entry, *one.result); });
-  });
+  const auto found =
+      std::find_if(own.begin(), own.end(), [&](const OwnResult& one) { return IsInTheAnswer(scan, one); });
   return found == own.end() ? nullptr : &*found;
+}
+
+// Another result of the file that the merge left beside the kept one, in words; empty if there is none.
+std::string TellDouble(const ObservedScan& scan, const std::vector<OwnResult>& own, const OwnResult& kept) {
+  const auto found = std::find_if(own.begin(), own.end(), [&](const OwnResult& one) {
+    return !IsSameResult(*one.result, *kept.result) &&
+           IsSamePath(one.result->exePath, kept.result->exePath) && IsInTheAnswer(scan, one);
+  });
+  if (found == own.end()) return {};
+  return fmt::format("; listed twice, since {} gives it with another launch address, '{}'",
+                     found->run->strategy.name, found->result->launchUrl);
 }
 
 const ScanResult* MergedInto(const ObservedScan& scan, const ScanResult& result) {
@@ -240,6 +254,7 @@ void TellFound(const ObservedScan& scan, const std::vector<OwnResult>& own, cons
   game.outcome = Outcome::kFound;
   game.sentence = fmt::format("found by {} at {}, with the source '{}'", game.strategy,
                               FoundWhere(*one.result, subject.record), game.source);
+  game.sentence += TellDouble(scan, own, one);
   const std::vector<std::string> left = LeftWithout(scan, subject.record);
   if (!subject.inCatalogue || left.empty() || ComesFromOneOf(own, left)) return;
   game.outcome = Outcome::kEarlier;

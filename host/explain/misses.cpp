@@ -53,10 +53,15 @@ std::set<std::string> Answered(const std::vector<Heard>& heard) {
   return answered;
 }
 
-// The question without the view where none of the views had an answer, which is always so here.
-std::string Words(const Heard& heard) {
-  Heard plain = heard;
-  plain.question.view = RegistryView::kNative;
+// The question without the view where other views were asked too: none of them had an answer here. Where a
+// strategy knows one view alone, what it looks for may well be in the other.
+std::string Words(const Heard& miss, const std::vector<Heard>& heard) {
+  const std::string identity = IdentityOf(miss.question);
+  const bool anywhere = std::any_of(heard.begin(), heard.end(), [&](const Heard& one) {
+    return one.question.view != miss.question.view && IdentityOf(one.question) == identity;
+  });
+  Heard plain = miss;
+  if (anywhere) plain.question.view = RegistryView::kNative;
   plain.question.subject = PlainKey(plain.question.subject);
   return MissInWords(plain);
 }
@@ -95,8 +100,8 @@ FailedRun LastFailedRun(const std::vector<Heard>& heard) {
   return run;
 }
 
-std::string InWords(const FailedRun& run) {
-  std::string words = Words(*run.first);
+std::string InWords(const FailedRun& run, const std::vector<Heard>& heard) {
+  std::string words = Words(*run.first, heard);
   if (run.others > 0)
     words += fmt::format(" (nor {} other {})", run.others, OthersOf(run.first->question.kind, run.others));
   return words;
@@ -211,7 +216,7 @@ std::string MissOfGame(const ListedGame& game, const std::vector<Heard>& heard, 
     const Heard* miss = LastMissBelow(heard, lead);
     if (miss != nullptr) return LeadMiss(game, lead, *miss);
   }
-  if (const Heard* miss = MissOfKey(heard, game.place); miss != nullptr) return Words(*miss);
+  if (const Heard* miss = MissOfKey(heard, game.place); miss != nullptr) return Words(*miss, heard);
   const std::string name = game.name.empty() ? game.id : game.name;
   return fmt::format("{} lists '{}' ({}), but it isn't taken for an installed game", launcher, name,
                      PlaceInWords(game));
@@ -224,12 +229,12 @@ std::string TriedEverywhere(const GameSignature& record, const std::vector<Heard
     return AsksForPath(one.question) && !one.answer.given &&
            PlainPath(one.question.subject).ends_with(PlainPath(record.RunningExe));
   });
-  return found == heard.rend() ? std::string() : Words(*found);
+  return found == heard.rend() ? std::string() : Words(*found, heard);
 }
 
 std::string WhyNoList(const std::vector<Heard>& heard, const std::string& launcher) {
   const FailedRun run = LastFailedRun(heard);
-  return run.first == nullptr ? launcher + " lists no games" : InWords(run);
+  return run.first == nullptr ? launcher + " lists no games" : InWords(run, heard);
 }
 
 }  // namespace
@@ -238,7 +243,8 @@ std::string LastMiss(const std::vector<Heard>& heard, const std::string& recordN
   const std::string search = heard.empty() ? std::string() : NameSearchMiss(heard, recordName);
   if (!search.empty()) return search;
   const FailedRun run = LastFailedRun(heard);
-  return run.first == nullptr ? fmt::format("none of its {} questions failed", heard.size()) : InWords(run);
+  return run.first == nullptr ? fmt::format("none of its {} questions failed", heard.size())
+                              : InWords(run, heard);
 }
 
 std::string ListMiss(const StrategyWants& wants, const GameSignature& record, const std::vector<Heard>& heard,

@@ -34,11 +34,11 @@ struct Started {
 };
 
 ThreadStarter KeepingStarts(std::vector<Started>& starts) {
-  return
-      [&starts](const ScanStrategy* strategy, const GameList* games, std::shared_ptr<ThreadResult> result) {
-        starts.push_back({{*strategy, *games, {}, {}, {}}, result});
-        return StartStrategyThread(strategy, games, result);
-      };
+  return [&starts](const ScanStrategy* strategy, const GameList* games,
+                   const std::shared_ptr<ThreadResult>& result) {
+    starts.push_back({{*strategy, *games, {}, {}, {}}, result});
+    return StartStrategyThread(strategy, games, result);
+  };
 }
 
 StrategyRun* RunOf(std::vector<StrategyRun>& runs, const std::string& name) {

@@ -32,7 +32,7 @@ constexpr KindWords kWords[] = {
     {QuestionKind::kEnvironment, "environment variable {0}", "there is no environment variable {0}"},
     {QuestionKind::kExpandText, "expand {0}", "{0} can't be expanded"},
     {QuestionKind::kDrives, "list drives", "the drives can't be listed"},
-    {QuestionKind::kDriveType, "type of drive {0}", "the type of drive {0} isn't known"},
+    {QuestionKind::kDriveType, "is {0} a fixed drive", "the type of drive {0} isn't known"},
     {QuestionKind::kVersionResource, "version of {0}", "{0} has no version resource"},
     {QuestionKind::kProcess, "process {0}", "the process {0} isn't known"},
     {QuestionKind::kIcon, "take the icon of {0} by {1}", "{1} finds no icon of {0}"},

@@ -173,7 +173,8 @@ def spoilt_forms(value):
         missing = copy.deepcopy(value)
         del missing[name]
         yield missing
-        yield {**value, name: None}
+        # No member of any schema may be this.
+        yield {**value, name: {"unheardOf": None}}
     yield {**value, "unheardOf": ""}
 
 
@@ -289,7 +290,7 @@ class Program(unittest.TestCase):
         self.assertEqual((missing["kind"], missing["icon"]), ("missing", None))
 
     def test_explain_application(self):
-        listed = self.checked_explanation("application-explanation", 0, "--app", "fernpad")
+        listed = self.checked_explanation("application-explanation", 0, "--app", "harbour mail")
         self.assertEqual([app["verdict"] for app in listed["applications"]], ["listed"])
         app = listed["applications"][0]
         self.refuses_spoilt_parts("application-explanation", [("application", app), ("question", app["questions"][0])])
