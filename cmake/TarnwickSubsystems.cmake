@@ -10,3 +10,11 @@ list(APPEND TARNWICK_NATIVE_UNITS
   ${PROJECT_SOURCE_DIR}/src/matching/path_text.cpp
   ${PROJECT_SOURCE_DIR}/src/matching/signature_index.cpp
   ${PROJECT_SOURCE_DIR}/src/core/merge.cpp)
+
+# Of the program, what turns text into records and back.
+foreach(unit csv_reader csv_records csv_writer merge)
+  list(APPEND TARNWICK_NATIVE_HOST_UNITS ${PROJECT_SOURCE_DIR}/host/catalogue/${unit}.cpp)
+endforeach()
+list(APPEND TARNWICK_NATIVE_UNITS ${TARNWICK_NATIVE_HOST_UNITS}
+  ${PROJECT_SOURCE_DIR}/common/catalogue_text.cpp
+  ${PROJECT_SOURCE_DIR}/common/xml_text.cpp)

@@ -13,5 +13,10 @@ int RunDetails(const Options& options);
 int RunWatch(const Options& options);
 int RunEncipher(const Options& options);
 int RunDecipher(const Options& options);
+int RunCatalogueFromCsv(const Options& options);
+int RunCatalogueToCsv(const Options& options);
+int RunCatalogueMerge(const Options& options);
+int RunCatalogueDiff(const Options& options);
+int RunCatalogueShow(const Options& options);
 
 }  // namespace tarnwick::host

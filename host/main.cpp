@@ -13,10 +13,18 @@ struct Command {
 };
 
 constexpr Command kCommands[] = {
-    {"scan", tarnwick::host::RunScan},         {"apps", tarnwick::host::RunApps},
-    {"find", tarnwick::host::RunFind},         {"details", tarnwick::host::RunDetails},
-    {"watch", tarnwick::host::RunWatch},       {"encipher", tarnwick::host::RunEncipher},
+    {"scan", tarnwick::host::RunScan},
+    {"apps", tarnwick::host::RunApps},
+    {"find", tarnwick::host::RunFind},
+    {"details", tarnwick::host::RunDetails},
+    {"watch", tarnwick::host::RunWatch},
+    {"encipher", tarnwick::host::RunEncipher},
     {"decipher", tarnwick::host::RunDecipher},
+    {"from-csv", tarnwick::host::RunCatalogueFromCsv},
+    {"to-csv", tarnwick::host::RunCatalogueToCsv},
+    {"merge", tarnwick::host::RunCatalogueMerge},
+    {"diff", tarnwick::host::RunCatalogueDiff},
+    {"show", tarnwick::host::RunCatalogueShow},
 };
 
 int RunCommand(const Options& options) {

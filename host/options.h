@@ -7,13 +7,13 @@
 
 namespace tarnwick::host {
 
-enum class Format { kTable, kJson, kNdjson, kCsv, kHtml };
+enum class Format { kTable, kJson, kNdjson, kCsv, kHtml, kXml };
 
 // Icons of a page, in CSS pixels: on screen, and the most that is stored of each.
 inline constexpr int32_t kDefaultIconSize = 56;
 
 struct Options {
-  std::string command;  // "scan", "apps", "find", "details", "watch", "encipher" or "decipher"
+  std::string command;  // "scan", "apps", "find", "details", "watch", or the last word of a catalogue command
   Format format = Format::kTable;
   std::string output;   // a file's path; empty for the standard output
   bool log = false;     // the library's log goes to the standard error
@@ -27,6 +27,7 @@ struct Options {
   bool pageAsked = false;  // --page or --page-size was given
   int32_t pageSize = 20;
   bool all = false;
+  std::string secondInput;  // catalogue merge, diff
   std::string input;  // find: the request file; details: the executable; encipher, decipher: the file to read
   int32_t intervalMs = 200;  // watch
   int32_t durationMs = 0;    // watch: 0 goes on until Ctrl+C
