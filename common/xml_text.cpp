@@ -74,7 +74,8 @@ std::string XmlEscaped(std::string_view text) {
 }
 
 size_t XmlCharacterLength(std::string_view text, size_t at) {
-  if (text[at] >= ' ' && text[at] <= '~') return 1;
+  const auto first = static_cast<unsigned char>(text[at]);
+  if (first < 0x80) return IsXml(first) ? 1 : 0;
   const Decoded character = Decode(text, at);
   return IsXml(character.code) ? character.length : 0;
 }

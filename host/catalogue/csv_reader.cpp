@@ -22,7 +22,7 @@ std::string_view TakeCharacter(CsvReader& reader) {
   const std::string_view character = reader.rest.substr(0, length);
   reader.rest.remove_prefix(length);
   ++reader.place.column;
-  if (character == "\n") reader.place = {reader.place.line + 1, 1};
+  if (character.front() == '\n') reader.place = {reader.place.line + 1, 1};
   return character;
 }
 

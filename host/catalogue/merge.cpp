@@ -5,6 +5,7 @@
 
 #include <deque>
 #include <map>
+#include <set>
 #include <tuple>
 
 namespace tarnwick::host {
@@ -44,6 +45,12 @@ const GameSignature* TakeLike(const GameList& games, Waiting& waiting, const Gam
   return &found;
 }
 
+std::set<size_t> StillWaiting(const Waiting& waiting) {
+  std::set<size_t> left;
+  for (const auto& [key, places] : waiting) left.insert(places.begin(), places.end());
+  return left;
+}
+
 }  // namespace
 
 std::vector<FieldChange> ChangedFields(const GameSignature& before, const GameSignature& after) {
@@ -76,8 +83,7 @@ CatalogueDifference CompareCatalogues(const GameList& before, const GameList& af
       difference.changed.push_back({game, std::move(fields)});
     }
   }
-  for (const GameSignature& game : after)
-    if (TakeLike(after, waiting, game) == &game) difference.added.push_back(game);
+  for (const size_t left : StillWaiting(waiting)) difference.added.push_back(after[left]);
   return difference;
 }
 

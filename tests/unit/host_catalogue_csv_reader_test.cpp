@@ -35,7 +35,9 @@ Texts Read(const std::string& text) {
 // "12:5: what is wrong", or "" for a text without a fault.
 std::string FaultOf(const std::string& text) {
   try {
-    Read(text);
+    CsvReader reader = OpenCsv(text);
+    for (std::vector<CsvField> line; ReadCsvLine(reader, line);) {
+    }
     return "";
   } catch (const CsvError& error) {
     return std::to_string(error.place.line) + ":" + std::to_string(error.place.column) + ": " + error.what();
@@ -103,8 +105,8 @@ TEST(HostCatalogueCsvReader, EveryBeginningOfAFileGivesFieldsOrAFault) {
 }
 
 TEST(HostCatalogueCsvReader, HugeTextsCostTimeInProportion) {
-  for (const char* pattern : {"a", "a,b\n", "\"a\"\"b\"\n", "\n", "\"\n"}) FaultOf(tests::Enormous(pattern));
-  EXPECT_EQ(Read(tests::Enormous("\n")), Texts());
+  for (const char* pattern : {"aa", "a,b\n", "\"a\"\"b\"\n", "\r\n", "\"\n"}) FaultOf(tests::Enormous(pattern));
+  EXPECT_EQ(Read(tests::Enormous("\r\n")), Texts());
 }
 
 }  // namespace
