@@ -216,7 +216,7 @@ class Faults(unittest.TestCase):
         self.expect(b"Wren: \xff\xfe\n", "1:1:")
         self.expect(b"", "1:1: the file is empty")
         self.expect(b"- Wren\n", "1:1: no mapping of titles")
-        self.expect(b"Wren: a\nOwl\n", "2:")
+        self.expect(b"Wren: a\nOwl\n", "3:1: ")
 
     def test_every_beginning_of_a_manifest_ends_in_lines_or_one_fault(self):
         whole = sample(2)
