@@ -18,5 +18,7 @@ int RunCatalogueToCsv(const Options& options);
 int RunCatalogueMerge(const Options& options);
 int RunCatalogueDiff(const Options& options);
 int RunCatalogueShow(const Options& options);
+int RunCatalogueImportSteam(const Options& options);
+int RunCatalogueImportInstalled(const Options& options);
 
 }  // namespace tarnwick::host

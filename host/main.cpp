@@ -25,6 +25,8 @@ constexpr Command kCommands[] = {
     {"merge", tarnwick::host::RunCatalogueMerge},
     {"diff", tarnwick::host::RunCatalogueDiff},
     {"show", tarnwick::host::RunCatalogueShow},
+    {"steam", tarnwick::host::RunCatalogueImportSteam},
+    {"installed", tarnwick::host::RunCatalogueImportInstalled},
 };
 
 int RunCommand(const Options& options) {

@@ -11,7 +11,8 @@ namespace tarnwick::host {
 int RunCatalogueFromCsv(const Options& options) {
   RefuseSameFile(options.input, options.output);
   const GameList games = ReadCsvRecords(options.input);
-  if (games.empty()) throw std::runtime_error(options.input + " holds no record; write one behind its header");
+  if (games.empty())
+    throw std::runtime_error(options.input + " holds no record; write one behind its header");
   WriteCatalogueRecords(options.output, games);
   ReportLine(Counted(games.size(), "record", "records") + " written");
   return kExitSuccess;

@@ -47,14 +47,14 @@ bool IsEmpty(const CatalogueDifference& difference) {
 std::string JsonText(const CatalogueDifference& difference) {
   Rows changed = Rows::array();
   for (const RecordChange& change : difference.changed) changed.push_back(RowOf(change));
-  const Rows all = {{"added", RowsOf(difference.added)},
-                    {"removed", RowsOf(difference.removed)},
-                    {"changed", changed}};
+  const Rows all = {
+      {"added", RowsOf(difference.added)}, {"removed", RowsOf(difference.removed)}, {"changed", changed}};
   return FormatRows(all, {}, Format::kJson);
 }
 
 std::string FieldLine(const FieldChange& field) {
-  return PrintableText(fmt::format("    {}: \"{}\" -> \"{}\"", field.element, field.before, field.after)) + "\n";
+  return PrintableText(fmt::format("    {}: \"{}\" -> \"{}\"", field.element, field.before, field.after)) +
+         "\n";
 }
 
 std::string TitleLine(const char* mark, const GameSignature& game) {
@@ -103,8 +103,8 @@ GameList RecordsNamed(const GameList& games, const std::string& part) {
 
 int RunCatalogueMerge(const Options& options) {
   for (const std::string& input : {options.input, options.secondInput}) RefuseSameFile(input, options.output);
-  const MergedCatalogue merged = MergeCatalogues(ReadCatalogueRecords(options.input),
-                                                 ReadCatalogueRecords(options.secondInput));
+  const MergedCatalogue merged =
+      MergeCatalogues(ReadCatalogueRecords(options.input), ReadCatalogueRecords(options.secondInput));
   WriteCatalogueRecords(options.output, merged.games);
   for (const RecordChange& conflict : merged.conflicts) ReportConflict(conflict);
   ReportLine(fmt::format("{} written; left out: {} that said the same, {}",
@@ -115,8 +115,8 @@ int RunCatalogueMerge(const Options& options) {
 
 int RunCatalogueDiff(const Options& options) {
   try {
-    const CatalogueDifference difference = CompareCatalogues(ReadCatalogueRecords(options.input),
-                                                             ReadCatalogueRecords(options.secondInput));
+    const CatalogueDifference difference =
+        CompareCatalogues(ReadCatalogueRecords(options.input), ReadCatalogueRecords(options.secondInput));
     WriteResult("", options.format == Format::kJson ? JsonText(difference) : PlainText(difference));
     return IsEmpty(difference) ? kExitSuccess : kExitFailure;
   } catch (const std::runtime_error& error) {
@@ -129,8 +129,8 @@ int RunCatalogueDiff(const Options& options) {
 int RunCatalogueShow(const Options& options) {
   const std::string path = CatalogueToScan(options.catalogue);
   const GameList found = RecordsNamed(ReadCatalogueRecords(path), options.input);
-  WriteResult("", options.format == Format::kJson ? FormatRows(RowsOf(found), {}, Format::kJson)
-                                                  : PlainText(found));
+  WriteResult(
+      "", options.format == Format::kJson ? FormatRows(RowsOf(found), {}, Format::kJson) : PlainText(found));
   if (!found.empty()) return kExitSuccess;
   ReportLine(fmt::format("no name in {} holds '{}'", path, options.input));
   return kExitFailure;

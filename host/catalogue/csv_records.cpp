@@ -155,8 +155,8 @@ struct Reading {
 void AppendRecord(Reading& reading, GameSignature game, TextPlace place) {
   reading.bytes += SizeOf(game);
   if (reading.bytes > kMostRecordBytes)
-    throw CsvError(place, "the records up to here take more than " +
-                              std::to_string(kMostRecordBytes >> 20) + " MB; is this a list of games?");
+    throw CsvError(place, "the records up to here take more than " + std::to_string(kMostRecordBytes >> 20) +
+                              " MB; is this a list of games?");
   reading.games.push_back(std::move(game));
 }
 
@@ -193,7 +193,8 @@ std::vector<CatalogueElement> ColumnOrder() {
 GameList RecordsFromCsv(std::string_view text) {
   CsvReader reader = OpenCsv(text);
   std::vector<CsvField> line;
-  if (!ReadCsvLine(reader, line)) throw CsvError({}, "there is no header; name the elements in the first line");
+  if (!ReadCsvLine(reader, line))
+    throw CsvError({}, "there is no header; name the elements in the first line");
   Reading reading{ReadHeader(line), {}};
   while (ReadCsvLine(reader, line)) ReadRecords(reading, line);
   return std::move(reading.games);

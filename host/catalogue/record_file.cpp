@@ -25,8 +25,9 @@ void RefuseLargeFile(const std::string& path) {
   std::error_code none;
   const auto size = std::filesystem::file_size(Widen(path), none);
   if (none || size <= kMostFileBytes) return;
-  throw std::runtime_error(fmt::format("{} has {} MB, more than the {} MB that are read; name a list of games",
-                                       path, size >> 20, kMostFileBytes >> 20));
+  throw std::runtime_error(
+      fmt::format("{} has {} MB, more than the {} MB that are read; name a list of games", path, size >> 20,
+                  kMostFileBytes >> 20));
 }
 
 void CheckWritable(const GameSignature& game, size_t number) {

@@ -46,7 +46,8 @@ std::string FaultOf(const std::string& text) {
 
 TEST(HostCatalogueCsvReader, ReadsFieldsWithAndWithoutQuotes) {
   EXPECT_EQ(Read("a,b\r\n1,2\r\n"), (Texts{{"a", "b"}, {"1", "2"}}));
-  EXPECT_EQ(Read("\"a,1\",\"say \"\"so\"\"\",\"two\r\nlines\"\n"), (Texts{{"a,1", "say \"so\"", "two\r\nlines"}}));
+  EXPECT_EQ(Read("\"a,1\",\"say \"\"so\"\"\",\"two\r\nlines\"\n"),
+            (Texts{{"a,1", "say \"so\"", "two\r\nlines"}}));
   EXPECT_EQ(Read(" a , b\t,\n"), (Texts{{" a ", " b\t", ""}}));
   EXPECT_EQ(Read("\"\",\"\"\"\""), (Texts{{"", "\""}}));
 }
@@ -60,7 +61,11 @@ TEST(HostCatalogueCsvReader, TakesEitherLineEndOrNoneAndPassesOverEmptyLines) {
 
 TEST(HostCatalogueCsvReader, SkipsAByteOrderMarkAtTheStartAlone) {
   EXPECT_EQ(Read("\xEF\xBB\xBF\"a\",b"), (Texts{{"a", "b"}}));
-  EXPECT_EQ(Read("a\n\xEF\xBB\xBF" "b"), (Texts{{"a"}, {"\xEF\xBB\xBF" "b"}}));
+  EXPECT_EQ(Read("a\n\xEF\xBB\xBF"
+                 "b"),
+            (Texts{{"a"},
+                   {"\xEF\xBB\xBF"
+                    "b"}}));
 }
 
 TEST(HostCatalogueCsvReader, EveryFieldHasItsPlaceInCharacters) {
@@ -92,7 +97,8 @@ TEST(HostCatalogueCsvReader, RefusesWhatNoCatalogueCanHold) {
 
 TEST(HostCatalogueCsvReader, NeitherAFieldNorALineMayGrowWithoutBound) {
   EXPECT_EQ(FaultOf(std::string(kMostCsvFieldBytes, 'a')), "");
-  EXPECT_THAT(FaultOf("x,\"" + std::string(kMostCsvFieldBytes, 'a') + "a\""), HasSubstr("1:3: a field of more than"));
+  EXPECT_THAT(FaultOf("x,\"" + std::string(kMostCsvFieldBytes, 'a') + "a\""),
+              HasSubstr("1:3: a field of more than"));
   EXPECT_EQ(FaultOf(std::string(kMostCsvFields - 1, ',')), "");
   EXPECT_EQ(FaultOf(std::string(kMostCsvFields, ',')), "1:1025: more than 1024 fields in a line");
 }
@@ -105,7 +111,8 @@ TEST(HostCatalogueCsvReader, EveryBeginningOfAFileGivesFieldsOrAFault) {
 }
 
 TEST(HostCatalogueCsvReader, HugeTextsCostTimeInProportion) {
-  for (const char* pattern : {"aa", "a,b\n", "\"a\"\"b\"\n", "\r\n", "\"\n"}) FaultOf(tests::Enormous(pattern));
+  for (const char* pattern : {"aa", "a,b\n", "\"a\"\"b\"\n", "\r\n", "\"\n"})
+    FaultOf(tests::Enormous(pattern));
   EXPECT_EQ(Read(tests::Enormous("\r\n")), Texts());
 }
 

@@ -35,8 +35,10 @@ GameSignature Hostile(const std::string& text, int32_t kind) {
 
 GameList HostileRecords() {
   GameList games = {GameSignature()};
-  for (const char* text : {"", " ", "  a", "a\n", "a\r\nb", "\r", "\t", ",", "\"", "\"\"", "a;b", ";", "&", "&amp;",
-                           "&#10;", "<", ">", "</GameSignature>", "'", "=1+1", "@", "]]>", "é游😀", "\xEF\xBB\xBF"})
+  for (const char* text :
+       {"",     " ",    "  a", "a\n", "a\r\nb", "\r",          "\t", ",", "\"",
+        "\"\"", "a;b",  ";",   "&",   "&amp;",  "&#10;",       "<",  ">", "</GameSignature>",
+        "'",    "=1+1", "@",   "]]>", "é游😀",  "\xEF\xBB\xBF"})
     for (const int32_t kind : {kSourceNone, kSourceSteam, kSourceEa}) games.push_back(Hostile(text, kind));
   return games;
 }
@@ -135,8 +137,7 @@ TEST(HostCatalogueCsvRecords, NamesThePlaceOfWhatItDoesNotKnow) {
 TEST(HostCatalogueCsvRecords, EveryLineHasTheHeadersFields) {
   EXPECT_EQ(FaultOf("DisplayName,SourceEx\nWren\n"),
             "2:1: the line ends here after 1 fields; the header has 2");
-  EXPECT_EQ(FaultOf("DisplayName\nWren,STEAM\n"),
-            "2:6: the line ends here after 2 fields; the header has 1");
+  EXPECT_EQ(FaultOf("DisplayName\nWren,STEAM\n"), "2:6: the line ends here after 2 fields; the header has 1");
 }
 
 TEST(HostCatalogueCsvRecords, ATextForASourceThatALineDoesNotHaveIsNoneToLose) {
