@@ -3,17 +3,21 @@
 
     import_ludusavi_test.py                   runs the tests
     import_ludusavi_test.py --sample COUNT    prints a manifest of so many titles
+    import_ludusavi_test.py --fuzz SECONDS    spoils manifests at random for so long
 """
 
 import csv
 import io
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 from importlib.machinery import SourceFileLoader
 from importlib.util import module_from_spec, spec_from_loader
+from random import Random
 
 TOOL = pathlib.Path(__file__).resolve().parents[2] / "tools" / "import-ludusavi"
 
@@ -69,6 +73,41 @@ def run_tool(content, *options):
         path.write_bytes(content)
         done = subprocess.run([TOOL, path, *options], capture_output=True, check=False, timeout=120)
         return done.returncode, done.stdout.decode(), done.stderr.decode().replace(str(path), "manifest.yaml")
+
+
+SPOILERS = [b"&a ", b"*a", b"[", b"]", b"{", b"}", b": ", b"\n", b"\n  ", b"- ", b"? ", b"| ", b"!!binary ", b"<base>/", b"~",
+            b"\"", b"'", b"\x00", b"\xff", b"\xef\xbb\xbf", b"---\n", b"...\n", b"%YAML 9.9\n", b"#", b"steam", b"70", b".exe"]
+
+
+def spoil(text, random):
+    """The manifest with up to eight changes."""
+    spoilt = bytearray(text)
+    for _ in range(random.randint(1, 8)):
+        at = random.randrange(len(spoilt) + 1)
+        spoilt[at:at + random.choice([0, 0, 1, 5, 200])] = random.choice(SPOILERS)
+    return bytes(spoilt)
+
+
+def check_spoilt(seed):
+    """Lines that every CSV reader takes, or one of the two faults; anything else is an error of the tool."""
+    manifest = spoil(sample(4).encode(), Random(seed))
+    output = io.StringIO(newline="")
+    try:
+        tool.import_manifest(manifest, output)
+    except (tool.BadManifest, tool.yaml.YAMLError) as error:
+        fault = str(error) if isinstance(error, tool.BadManifest) else tool.explain(error)
+        assert re.match(r"[0-9]+:[0-9]+: [^\n]+$", fault), (seed, fault)
+    for line in csv.DictReader(io.StringIO(output.getvalue(), newline=""), strict=True):
+        assert None not in line and None not in line.values(), seed
+        assert len(line["SourceEx"].split(";")) == len(line["SourceExId"].split(";")), seed
+
+
+def fuzz(seconds):
+    end, seed = time.monotonic() + seconds, 0
+    while time.monotonic() < end:
+        seed += 1
+        check_spoilt(seed)
+    print(f"{seed} spoilt manifests in {seconds} s")
 
 
 class Titles(unittest.TestCase):
@@ -226,6 +265,10 @@ class Faults(unittest.TestCase):
             except (tool.BadManifest, tool.yaml.YAMLError) as error:
                 self.assertTrue(str(error))
 
+    def test_spoilt_manifests_end_in_lines_or_one_fault(self):
+        for seed in range(500):
+            check_spoilt(seed)
+
     def test_a_fault_leaves_no_file(self):
         with tempfile.TemporaryDirectory() as folder:
             manifest, output = pathlib.Path(folder, "m.yaml"), pathlib.Path(folder, "out.csv")
@@ -255,5 +298,7 @@ if __name__ == "__main__":
     if sys.argv[1:2] == ["--sample"]:
         sys.stdout.reconfigure(encoding="utf-8")
         sys.stdout.write(sample(int(sys.argv[2])))
+    elif sys.argv[1:2] == ["--fuzz"]:
+        fuzz(int(sys.argv[2]))
     else:
         unittest.main()
