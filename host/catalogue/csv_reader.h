@@ -28,7 +28,7 @@ struct CsvField {
 };
 
 inline constexpr size_t kMostCsvFields = 1024;           // of a line
-inline constexpr size_t kMostCsvFieldBytes = 64 * 1024;  // more than any path or address has
+inline constexpr size_t kMostCsvFieldBytes = size_t{64} << 10;  // more than any path or address has
 
 struct CsvReader {
   std::string_view rest;
