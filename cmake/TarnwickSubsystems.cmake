@@ -14,8 +14,11 @@ list(APPEND TARNWICK_NATIVE_UNITS
 # Builds without Windows too; its test doesn't.
 set(TARNWICK_NATIVE_TABLES ${PROJECT_SOURCE_DIR}/src/core/strategy_wants.cpp)
 
-# Of the program, what reads a catalogue for its checks.
-foreach(unit check_characters check_encoding check_findings check_layout check_rules check_text check_wants fix_text)
+# Of the program, what reads a catalogue for its checks, and what turns tables into records and back.
+foreach(unit check_characters check_encoding check_findings check_layout check_rules check_text check_wants fix_text
+        csv_reader csv_records csv_writer merge)
   list(APPEND TARNWICK_NATIVE_HOST_UNITS ${PROJECT_SOURCE_DIR}/host/catalogue/${unit}.cpp)
 endforeach()
-list(APPEND TARNWICK_NATIVE_UNITS ${TARNWICK_NATIVE_HOST_UNITS})
+list(APPEND TARNWICK_NATIVE_UNITS ${TARNWICK_NATIVE_HOST_UNITS}
+  ${PROJECT_SOURCE_DIR}/common/catalogue_text.cpp
+  ${PROJECT_SOURCE_DIR}/common/xml_text.cpp)

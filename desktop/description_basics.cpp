@@ -1,5 +1,5 @@
 // The sections that say outright what to make: registry, files, executables, applications, the catalogue.
-#include "desktop/catalogue_text.h"
+#include "common/catalogue_text.h"
 #include "desktop/description_parts.h"
 
 #include <limits>
@@ -127,7 +127,7 @@ GameSignature ReadSignature(const Node& node) {
   for (const auto& [name, member] : Members(node)) {
     if (name == "SourceEx") {
       try {
-        game.SourceKind = SourceKindOf(Text(member));
+        game.SourceKind = common::SourceKindOf(Text(member));
       } catch (const JsonError&) {
         throw;
       } catch (const std::runtime_error& error) {
@@ -136,8 +136,8 @@ GameSignature ReadSignature(const Node& node) {
       continue;
     }
     bool known = false;
-    for (const CatalogueElement& element : CatalogueElements()) {
-      if (name != element.name) continue;
+    for (const CatalogueElement& element : common::CatalogueElements()) {
+      if (name != element.name || element.field == nullptr) continue;
       game.*element.field = Text(member);
       known = true;
     }
@@ -233,7 +233,7 @@ void ApplyCatalogue(Desktop& desktop, const Node& node) {
   OnlyMembers(node, {"path", "games"});
   GameList games;
   for (const Node& item : Items(Member(node, "games"))) games.push_back(ReadSignature(item));
-  desktop.File(PathMember(node, "path"), CatalogueText(games));
+  desktop.File(PathMember(node, "path"), common::CatalogueText(games));
 }
 
 }  // namespace tarnwick::desktop

@@ -2,7 +2,7 @@
 // to pass over belongs to the format as much as what it takes.
 #include "desktop/launcher_files.h"
 
-#include "desktop/xml_text.h"
+#include "common/xml_text.h"
 
 #include <nlohmann/json.hpp>
 
@@ -33,11 +33,11 @@ std::string AgentBlock(const BattleNetGame& game) {
 }
 
 std::string Element(const std::string& indent, const std::string& name, const std::string& text) {
-  return text.empty() ? "" : indent + "<" + name + ">" + XmlEscaped(text) + "</" + name + ">\n";
+  return text.empty() ? "" : indent + "<" + name + ">" + common::XmlEscaped(text) + "</" + name + ">\n";
 }
 
 std::string Attribute(const std::string& name, const std::string& text) {
-  return text.empty() ? "" : " " + name + "=\"" + XmlEscaped(text) + "\"";
+  return text.empty() ? "" : " " + name + "=\"" + common::XmlEscaped(text) + "\"";
 }
 
 }  // namespace

@@ -17,5 +17,12 @@ int RunDecipher(const Options& options);
 int RunCapture(const Options& options);
 int RunCatalogueCheck(const Options& options);
 int RunCatalogueFix(const Options& options);
+int RunCatalogueFromCsv(const Options& options);
+int RunCatalogueToCsv(const Options& options);
+int RunCatalogueMerge(const Options& options);
+int RunCatalogueDiff(const Options& options);
+int RunCatalogueShow(const Options& options);
+int RunCatalogueImportSteam(const Options& options);
+int RunCatalogueImportInstalled(const Options& options);
 
 }  // namespace tarnwick::host

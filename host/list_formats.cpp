@@ -1,6 +1,6 @@
 #include "host/list_formats.h"
 
-#include <fmt/format.h>
+#include "host/catalogue/csv_writer.h"
 
 namespace tarnwick::host {
 namespace {
@@ -15,19 +15,10 @@ std::string OneObjectALine(const Rows& rows) {
   return text;
 }
 
-std::string Quoted(const std::string& text) {
-  std::string quoted = "\"";
-  for (const char byte : text) quoted.append(byte == '"' ? 2 : 1, byte);
-  return quoted + '"';
-}
-
 // Spreadsheets run a cell that begins so as a formula, and any installed program may have written the text.
 bool LooksLikeAFormula(const std::string& text) { return text.find_first_of("=+-@\t\r") == 0; }
 
-std::string TextCell(const std::string& text) {
-  const std::string cell = LooksLikeAFormula(text) ? "'" + text : text;
-  return cell.find_first_of(",\"\r\n") == cell.npos ? cell : Quoted(cell);
-}
+std::string TextCell(const std::string& text) { return CsvCell(LooksLikeAFormula(text) ? "'" + text : text); }
 
 // The text of a member as UTF-8, whatever its bytes are.
 std::string CleanText(const Rows& value) { return Rows::parse(Dumped(value)).get<std::string>(); }
@@ -38,16 +29,12 @@ std::string Cell(const Rows& row, const std::string& member) {
   return value->is_string() ? TextCell(CleanText(*value)) : Dumped(*value);
 }
 
-std::string Line(const std::vector<std::string>& cells) {
-  return fmt::format("{}\r\n", fmt::join(cells, ","));
-}
-
 std::string CommaSeparated(const Rows& rows, const Members& members) {
-  std::string text = Line(members);
+  std::string text = CsvLine(members);
   for (const Rows& row : rows) {
     std::vector<std::string> cells;
     for (const std::string& member : members) cells.push_back(Cell(row, member));
-    text += Line(cells);
+    text += CsvLine(cells);
   }
   return text;
 }

@@ -13,12 +13,24 @@ struct Command {
 };
 
 constexpr Command kCommands[] = {
-    {"scan", tarnwick::host::RunScan},         {"apps", tarnwick::host::RunApps},
-    {"find", tarnwick::host::RunFind},         {"details", tarnwick::host::RunDetails},
-    {"watch", tarnwick::host::RunWatch},       {"explain", tarnwick::host::RunExplain},
-    {"capture", tarnwick::host::RunCapture},   {"encipher", tarnwick::host::RunEncipher},
-    {"decipher", tarnwick::host::RunDecipher}, {"check", tarnwick::host::RunCatalogueCheck},
+    {"scan", tarnwick::host::RunScan},
+    {"apps", tarnwick::host::RunApps},
+    {"find", tarnwick::host::RunFind},
+    {"details", tarnwick::host::RunDetails},
+    {"watch", tarnwick::host::RunWatch},
+    {"explain", tarnwick::host::RunExplain},
+    {"capture", tarnwick::host::RunCapture},
+    {"encipher", tarnwick::host::RunEncipher},
+    {"decipher", tarnwick::host::RunDecipher},
+    {"check", tarnwick::host::RunCatalogueCheck},
     {"fix", tarnwick::host::RunCatalogueFix},
+    {"from-csv", tarnwick::host::RunCatalogueFromCsv},
+    {"to-csv", tarnwick::host::RunCatalogueToCsv},
+    {"merge", tarnwick::host::RunCatalogueMerge},
+    {"diff", tarnwick::host::RunCatalogueDiff},
+    {"show", tarnwick::host::RunCatalogueShow},
+    {"steam", tarnwick::host::RunCatalogueImportSteam},
+    {"installed", tarnwick::host::RunCatalogueImportInstalled},
 };
 
 int RunCommand(const Options& options) {

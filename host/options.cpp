@@ -23,6 +23,7 @@ using FormatNames = std::map<std::string, Format>;
 
 const FormatNames kTableOrJson = {{"table", Format::kTable}, {"json", Format::kJson}};
 const FormatNames kTextOrJson = {{"text", Format::kTable}, {"json", Format::kJson}};
+const FormatNames kCatalogueFormats = {{"xml", Format::kXml}, {"csv", Format::kCsv}};
 const FormatNames kListFormats = {
     {"table", Format::kTable}, {"json", Format::kJson}, {"ndjson", Format::kNdjson}, {"csv", Format::kCsv}};
 const FormatNames kAnyFormat = {{"table", Format::kTable},
@@ -32,6 +33,7 @@ const FormatNames kAnyFormat = {{"table", Format::kTable},
                                 {"html", Format::kHtml}};
 
 std::string FormatHelp(const FormatNames& formats) {
+  if (formats.count("xml") > 0) return "xml or csv; without it the output file's extension says which";
   std::string help = formats.count("text") > 0 ? "text (default) or json" : "table (default) or json";
   if (formats.count("csv") > 0) help = "table (default), json, ndjson (one object a line) or csv";
   if (formats.count("html") > 0)
@@ -175,11 +177,49 @@ void AddCheckAndFix(CLI::App& catalogue, Options& options) {
   fix->add_option("-o,--output", options.output, "The file to write")->required();
 }
 
+void AddCatalogueRecords(CLI::App& catalogue, Options& options) {
+  const auto addOutput = [&](CLI::App* step) {
+    step->add_option("-o,--output", options.output, "The file to write")->required();
+  };
+  CLI::App* fromCsv = catalogue.add_subcommand("from-csv", "Write a catalogue of comma-separated values");
+  fromCsv->add_option("FILE", options.input, "The file to read; its header names the elements")->required();
+  addOutput(fromCsv);
+  CLI::App* toCsv = catalogue.add_subcommand("to-csv", "Write a catalogue as comma-separated values");
+  toCsv->add_option("FILE", options.input, "The catalogue to read")->required();
+  addOutput(toCsv);
+  CLI::App* merge = catalogue.add_subcommand("merge", "Write two catalogues as one");
+  CLI::App* diff = catalogue.add_subcommand("diff", "Tell how two catalogues differ");
+  for (CLI::App* step : {merge, diff}) {
+    step->add_option("A", options.input, "The first catalogue")->required();
+    step->add_option("B", options.secondInput, "The second catalogue")->required();
+  }
+  addOutput(merge);
+  AddFormat(*diff, options, kTextOrJson);
+  CLI::App* show = catalogue.add_subcommand("show", "Print the records of a game");
+  show->add_option("NAME", options.input, "Part of the name, in any letter case")->required();
+  show->add_option("CATALOGUE", options.catalogue, "The catalogue file; without it as for scan");
+  AddFormat(*show, options, kTextOrJson);
+}
+
+void AddCatalogueImport(CLI::App& catalogue, Options& options) {
+  CLI::App* import = catalogue.add_subcommand("import", "Make records of what this machine knows");
+  import->require_subcommand(1);
+  CLI::App* steam = import->add_subcommand("steam", "Of every game that the local Steam knows");
+  CLI::App* installed = import->add_subcommand("installed", "Of the games that launchers report here");
+  for (CLI::App* step : {steam, installed}) {
+    step->add_option("-o,--output", options.output, "Write to this file instead of the standard output");
+    AddFormat(*step, options, kCatalogueFormats);
+    AddLog(*step, options);
+  }
+}
+
 void AddCatalogue(CLI::App& app, Options& options) {
-  CLI::App* catalogue =
-      app.add_subcommand("catalogue", "For maintainers: check, fix, encipher or decipher a catalogue");
-  AddCheckAndFix(*catalogue, options);
+  CLI::App* catalogue = app.add_subcommand(
+      "catalogue", "For maintainers: check, make, convert, compare and encipher catalogues");
   catalogue->require_subcommand(1);
+  AddCheckAndFix(*catalogue, options);
+  AddCatalogueRecords(*catalogue, options);
+  AddCatalogueImport(*catalogue, options);
   for (const char* name : {"encipher", "decipher"}) {
     CLI::App* step =
         catalogue->add_subcommand(name, std::string("Write the ") + name + "ed form of a catalogue");
@@ -203,8 +243,8 @@ void AddCapture(CLI::App& app, Options& options) {
 
 std::string ChosenCommand(const CLI::App& app) {
   const CLI::App* chosen = app.get_subcommands().front();
-  return chosen->get_subcommands().empty() ? chosen->get_name()
-                                           : chosen->get_subcommands().front()->get_name();
+  while (!chosen->get_subcommands().empty()) chosen = chosen->get_subcommands().front();
+  return chosen->get_name();
 }
 
 // The subcommand that was probably meant, or an empty text.

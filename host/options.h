@@ -7,7 +7,7 @@
 
 namespace tarnwick::host {
 
-enum class Format { kTable, kJson, kNdjson, kCsv, kHtml };
+enum class Format { kTable, kJson, kNdjson, kCsv, kHtml, kXml };
 
 // Icons of a page, in CSS pixels: on screen, and the most that is stored of each.
 inline constexpr int32_t kDefaultIconSize = 56;
@@ -31,6 +31,7 @@ struct Options {
                       // decipher: the file to read
   std::string application;   // explain: the application's name, where one is asked for instead
   bool verbose = false;      // explain
+  std::string secondInput;   // catalogue merge, diff
   int32_t intervalMs = 200;  // watch
   int32_t durationMs = 0;    // watch: 0 goes on until Ctrl+C
   bool list = false;         // capture: tells what would be written

@@ -1,5 +1,5 @@
 // All exports at once, for a minute: every answer is the one that a single thread gets.
-#include "desktop/catalogue_text.h"
+#include "common/catalogue_text.h"
 #include "desktop/desktop.h"
 #include "foundation/windows_api.h"
 #include "support/library.h"
@@ -50,7 +50,7 @@ void InstallGame(Desktop& d) {
   game.DisplayName = "Tarnwick Game";
   game.RegistryKey = key;
   game.DefaultExe = "game.exe";
-  d.File(kRoot + "catalogue.xml", desktop::CatalogueText({game}));
+  d.File(kRoot + "catalogue.xml", common::CatalogueText({game}));
 }
 
 // One way of asking the library, and what a single thread got for an answer.

@@ -1,5 +1,5 @@
 // The console report through the built library, with its own strategies.
-#include "desktop/catalogue_text.h"
+#include "common/catalogue_text.h"
 #include "desktop/desktop.h"
 #include "support/current_directory.h"
 #include "support/debug_capture.h"
@@ -41,7 +41,7 @@ TEST_F(ConsoleReportExport, ReportsAnInstalledGameWithItsIcon) {
   game.DisplayName = "Игра";
   game.RegistryKey = kKey;
   game.DefaultExe = "foo.exe";
-  desktop_.File(std::string(kFolder) + "\\MasterGameList.xml", desktop::CatalogueText({game}));
+  desktop_.File(std::string(kFolder) + "\\MasterGameList.xml", common::CatalogueText({game}));
   const DebugCapture capture;
   library_.RunMultiPlatformGameScan();
   const std::vector<std::string> lines = capture.Lines();
@@ -56,7 +56,7 @@ TEST_F(ConsoleReportExport, ReportsAnInstalledGameWithItsIcon) {
 }
 
 TEST_F(ConsoleReportExport, StartsEveryStrategyOnce) {
-  desktop_.File(std::string(kFolder) + "\\MasterGameList.xml", desktop::CatalogueText({GameSignature()}));
+  desktop_.File(std::string(kFolder) + "\\MasterGameList.xml", common::CatalogueText({GameSignature()}));
   const DebugCapture capture;
   library_.RunMultiPlatformGameScan();
   const std::vector<std::string> lines = capture.Lines();
@@ -68,7 +68,7 @@ TEST_F(ConsoleReportExport, StartsEveryStrategyOnce) {
 
 TEST_F(ConsoleReportExport, NeverLooksAtTheDecryptedCatalogue) {
   desktop_.File(std::string(kFolder) + "\\MasterGameList_decrypted.xml",
-                desktop::CatalogueText({GameSignature()}));
+                common::CatalogueText({GameSignature()}));
   const DebugCapture capture;
   library_.RunMultiPlatformGameScan();
   EXPECT_THAT(capture.Lines(), testing::ElementsAre("Starting Multi-Platform Game Scan...",

@@ -1,7 +1,7 @@
 // Whole scans of a machine that has all launchers at once: the order of levels and strategies, the list of
 // games that shrinks from level to level, and the merge of games that more than one launcher has.
 #include "catalogue/game_signature.h"
-#include "desktop/catalogue_text.h"
+#include "common/catalogue_text.h"
 #include "desktop/description.h"
 #include "desktop/desktop.h"
 #include "support/debug_capture.h"
@@ -56,7 +56,7 @@ class Launchers : public testing::Test {
   }
 
   void Install(const json& description) { desktop::ApplyDescription(desktop_, description.dump()); }
-  void Catalogue(const GameList& games) { desktop_.File(kCatalogue, desktop::CatalogueText(games)); }
+  void Catalogue(const GameList& games) { desktop_.File(kCatalogue, common::CatalogueText(games)); }
 
   // "name | loc | launchUrl" for each game of the answer, in its order.
   std::vector<std::string> Scan() {

@@ -1,6 +1,6 @@
 // The scan through the built library, with its own strategies.
 #include "catalogue/game_signature.h"
-#include "desktop/catalogue_text.h"
+#include "common/catalogue_text.h"
 #include "desktop/desktop.h"
 #include "foundation/windows_api.h"
 #include "support/current_directory.h"
@@ -21,7 +21,7 @@
 namespace tarnwick::tests {
 namespace {
 
-using desktop::CatalogueText;
+using common::CatalogueText;
 using testing::Contains;
 using testing::ElementsAreArray;
 using testing::IsEmpty;

@@ -1,7 +1,7 @@
 // The report with strategies and icons of the test's own.
 #include "core/console_report.h"
 
-#include "desktop/catalogue_text.h"
+#include "common/catalogue_text.h"
 #include "desktop/desktop.h"
 #include "foundation/locks.h"
 #include "foundation/windows_api.h"
@@ -160,7 +160,7 @@ class ConsoleReport : public testing::Test {
   void Catalogue(const std::vector<std::string>& names, const std::string& fileName = "MasterGameList.xml") {
     GameList games;
     for (const std::string& name : names) games.emplace_back().DisplayName = name;
-    desktop_.File(std::string(kFolder) + "\\" + fileName, desktop::CatalogueText(games));
+    desktop_.File(std::string(kFolder) + "\\" + fileName, common::CatalogueText(games));
   }
 
   static void Run(std::vector<ScanStrategy> table, const IconBuilder& icon = NoIcon) {

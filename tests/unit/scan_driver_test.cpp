@@ -2,7 +2,7 @@
 // export.
 #include "core/scan_driver.h"
 
-#include "desktop/catalogue_text.h"
+#include "common/catalogue_text.h"
 #include "desktop/desktop.h"
 #include "foundation/locks.h"
 #include "foundation/windows_api.h"
@@ -58,7 +58,7 @@ class ScanDriver : public testing::Test {
   void SetUp() override {
     GameSignature game;
     game.DisplayName = "Foo";
-    desktop_.File(catalogue_, desktop::CatalogueText({game}));
+    desktop_.File(catalogue_, common::CatalogueText({game}));
   }
 
   desktop::Desktop desktop_;
