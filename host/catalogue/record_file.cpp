@@ -11,6 +11,7 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "host/catalogue/check_encoding.h"
 #include "host/catalogue/csv_records.h"
 #include "host/catalogue/merge.h"
 #include "host/catalogue_file.h"

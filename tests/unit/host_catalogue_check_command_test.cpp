@@ -6,6 +6,7 @@
 #include "host/console.h"
 #include "host/failure.h"
 #include "support/catalogue_text_parts.h"
+#include "support/file_bytes.h"
 #include "support/standard_stream.h"
 
 #include <gmock/gmock.h>
@@ -146,16 +147,16 @@ TEST(CatalogueFixCommand, AFixedFileChecksCleanAndTheSecondRunChangesNothing) {
   const desktop::Desktop world = World(text);
   EXPECT_EQ(Tarnwick({"catalogue", "fix", kFile, "-o", kOut}).exitCode, kExitSuccess);
   EXPECT_EQ(Tarnwick({"catalogue", "check", kOut, "--strict"}).exitCode, kExitSuccess);
-  const std::string once = ReadFileBytes(kOut);
+  const std::string once = tests::ReadBytes(kOut);
   const desktop::Desktop again = World(once);
   EXPECT_THAT(Tarnwick({"catalogue", "fix", kFile, "-o", kOut}).errors, HasSubstr("nothing to fix"));
-  EXPECT_EQ(ReadFileBytes(kOut), once);
+  EXPECT_EQ(tests::ReadBytes(kOut), once);
 }
 
 TEST(CatalogueFixCommand, KeepsTheEncipheredForm) {
   const desktop::Desktop world = World(Enciphered(CatalogueOf(GoodRecord("", " A"))));
   EXPECT_EQ(Tarnwick({"catalogue", "fix", kFile, "-o", kOut}).exitCode, kExitSuccess);
-  EXPECT_EQ(ReadFileBytes(kOut), Enciphered(CatalogueOf(GoodRecord("", "A"))));
+  EXPECT_EQ(tests::ReadBytes(kOut), Enciphered(CatalogueOf(GoodRecord("", "A"))));
 }
 
 TEST(CatalogueFixCommand, RefusesToWriteOverItsInput) {

@@ -1,8 +1,8 @@
 // Why a game is found or isn't: a desktop for each verdict and each outcome.
 #include "host/explain/explanation.h"
 
+#include "common/catalogue_text.h"
 #include "core/scan_driver.h"
-#include "desktop/catalogue_text.h"
 #include "desktop/description.h"
 #include "desktop/steam_files.h"
 #include "host/explain/explanation_json.h"
@@ -53,7 +53,7 @@ class HostExplain : public testing::Test {
     ApplyDescription(desktop_, {std::istreambuf_iterator<char>(file), {}});
   }
   void Build(const std::string& json) { ApplyDescription(desktop_, json); }
-  void Catalogue(const GameList& games) { desktop_.File(kCatalogue, desktop::CatalogueText(games)); }
+  void Catalogue(const GameList& games) { desktop_.File(kCatalogue, common::CatalogueText(games)); }
 
   Explanation Explain(const std::string& name, const std::string& catalogue = kCatalogue) {
     return ExplainName(ObserveScan(catalogue, {}), name);

@@ -1,6 +1,6 @@
 // docs/troubleshooting.md: each case is built, its command is taken from the page, the lines that the page
 // shows are looked for in what explain says, and the remedy is tried.
-#include "desktop/catalogue_text.h"
+#include "common/catalogue_text.h"
 #include "desktop/desktop.h"
 #include "desktop/steam_files.h"
 #include "foundation/machine/known_folders.h"
@@ -121,7 +121,7 @@ void ExpectWhatThePageShows(const std::string& heading) {
 
 class HostTroubleshooting : public testing::Test {
  protected:
-  void Catalogue(const GameList& games) { desktop_.File(kCatalogue, desktop::CatalogueText(games)); }
+  void Catalogue(const GameList& games) { desktop_.File(kCatalogue, common::CatalogueText(games)); }
 
   // A Steam library with one game in it, as its manifest tells.
   void Library(const std::string& library, const std::string& id, const std::string& name) {
