@@ -44,7 +44,7 @@ std::vector<std::string> PageIcons(const std::vector<Item>& list, const PageOpti
 }
 
 // A scan that was listened to knows what the log may not tell.
-void NameStrategies(std::vector<Game>& games, const std::vector<Finding>& findings) {
+void NameStrategies(std::vector<Game>& games, const std::vector<GameFinding>& findings) {
   for (size_t i = 0; i < std::min(games.size(), findings.size()); ++i) {
     if (findings[i].run == nullptr) continue;
     games[i].strategy = findings[i].run->strategy.name;
@@ -78,7 +78,7 @@ std::string SizeText(uint64_t kilobytes) {
 }
 
 std::string GamesPage(std::vector<Game> games, const ObservedScan& scan, const PageOptions& options) {
-  const std::vector<Finding> findings = FindingsOf(scan);
+  const std::vector<GameFinding> findings = FindingsOf(scan);
   NameStrategies(games, findings);
   const std::vector<std::string> icons = PageIcons(games, options);
   json items = json::array();

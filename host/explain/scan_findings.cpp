@@ -96,7 +96,7 @@ std::optional<size_t> KeptFor(const std::vector<Raw>& raw, const Places& places,
 
 // What goes into an entry, or into something that went into one itself: a result can take the place of the
 // one whose path a third had.
-void AddMerged(std::vector<Raw>& raw, std::vector<Finding>& findings) {
+void AddMerged(std::vector<Raw>& raw, std::vector<GameFinding>& findings) {
   const Places places = PlacesOf(raw);
   for (int distance = 0; distance < 2; ++distance) {
     const std::vector<Raw> known = raw;
@@ -111,10 +111,10 @@ void AddMerged(std::vector<Raw>& raw, std::vector<Finding>& findings) {
   }
 }
 
-void AddEvidence(const StrategyRun& run, std::vector<Finding>& findings) {
+void AddEvidence(const StrategyRun& run, std::vector<GameFinding>& findings) {
   std::vector<const ScanResult*> results;
-  std::vector<Finding*> found;
-  for (Finding& finding : findings) {
+  std::vector<GameFinding*> found;
+  for (GameFinding& finding : findings) {
     if (finding.run != &run) continue;
     results.push_back(finding.result);
     found.push_back(&finding);
@@ -125,10 +125,10 @@ void AddEvidence(const StrategyRun& run, std::vector<Finding>& findings) {
 
 }  // namespace
 
-std::vector<Finding> FindingsOf(const ObservedScan& scan) {
+std::vector<GameFinding> FindingsOf(const ObservedScan& scan) {
   std::vector<Raw> raw = RawResults(scan);
   MarkEntries(scan.unique, raw);
-  std::vector<Finding> findings(scan.unique.size());
+  std::vector<GameFinding> findings(scan.unique.size());
   for (const Raw& one : raw) {
     if (one.entry) findings[*one.entry] = {one.run, one.result, {}, {}};
   }

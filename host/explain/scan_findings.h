@@ -16,7 +16,7 @@ struct MergedResult {
   std::string why;  // "same path, found later"
 };
 
-struct Finding {
+struct GameFinding {
   const StrategyRun* run;
   const ScanResult* result;
   Evidence evidence;
@@ -25,6 +25,6 @@ struct Finding {
 
 // One for each entry of `scan.unique`, in its order. What merges with what is asked of the library. All
 // pointers lead into `scan`.
-std::vector<Finding> FindingsOf(const ObservedScan& scan);
+std::vector<GameFinding> FindingsOf(const ObservedScan& scan);
 
 }  // namespace tarnwick::host

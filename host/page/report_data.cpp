@@ -102,7 +102,7 @@ json ReportData(const ObservedScan& scan) {
           {"notes", scan.report.notes}};
 }
 
-json ExplanationData(const Finding& finding) {
+json ExplanationData(const GameFinding& finding) {
   if (finding.run == nullptr) return nullptr;
   json evidence = json::array();
   for (const Heard* heard : finding.evidence) evidence.push_back(QuestionData(*heard));

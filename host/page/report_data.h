@@ -12,6 +12,6 @@ inline constexpr size_t kMostReasons = 200;    // of one strategy
 inline constexpr size_t kMostQuestions = 200;  // of one strategy
 
 nlohmann::json ReportData(const ObservedScan& scan);
-nlohmann::json ExplanationData(const Finding& finding);
+nlohmann::json ExplanationData(const GameFinding& finding);
 
 }  // namespace tarnwick::host

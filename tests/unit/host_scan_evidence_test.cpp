@@ -142,7 +142,7 @@ ObservedScan ScanOf(const ScanResults& first, const ScanResults& second) {
   return scan;
 }
 
-std::vector<std::string> WhysOf(const Finding& finding) {
+std::vector<std::string> WhysOf(const GameFinding& finding) {
   std::vector<std::string> whys;
   for (const MergedResult& merged : finding.merged)
     whys.push_back(merged.run->strategy.name + "/" + merged.result->name + ": " + merged.why);
@@ -151,7 +151,7 @@ std::vector<std::string> WhysOf(const Finding& finding) {
 
 TEST(HostScanFindings, NameTheStrategyWhoseResultStands) {
   const ObservedScan scan = ScanOf({Result("A", "C:\\a.exe")}, {Result("B", "C:\\b.exe")});
-  const std::vector<Finding> findings = FindingsOf(scan);
+  const std::vector<GameFinding> findings = FindingsOf(scan);
   ASSERT_THAT(findings, SizeIs(2));
   EXPECT_EQ(findings[0].run->strategy.name, "First");
   EXPECT_EQ(findings[1].run->strategy.name, "Second");
@@ -162,7 +162,7 @@ TEST(HostScanFindings, HaveTheEvidenceOfThatStrategyAlone) {
   ObservedScan scan = ScanOf({Result("A", "C:\\a\\a.exe")}, {Result("B", "C:\\b\\b.exe")});
   scan.runs[0].heard = {Missed("C:\\a\\a.exe"), Missed("C:\\b\\b.exe")};
   scan.runs[1].heard = {Missed("C:\\b\\c.exe"), Missed("C:\\a\\a.exe")};
-  const std::vector<Finding> findings = FindingsOf(scan);
+  const std::vector<GameFinding> findings = FindingsOf(scan);
   EXPECT_THAT(Subjects(findings[0].evidence), ElementsAre("C:\\a\\a.exe"));
   EXPECT_THAT(Subjects(findings[1].evidence), ElementsAre("C:\\b\\c.exe"));
 }
@@ -170,7 +170,7 @@ TEST(HostScanFindings, HaveTheEvidenceOfThatStrategyAlone) {
 TEST(HostScanFindings, TellOfAResultOfTheSamePath) {
   const ObservedScan scan = ScanOf({Result("A", "C:\\a.exe"), Result("B", "C:\\b.exe")},
                                    {Result("A2", "C:\\a.exe"), Result("A3", "c:\\a.exe")});
-  const std::vector<Finding> findings = FindingsOf(scan);
+  const std::vector<GameFinding> findings = FindingsOf(scan);
   ASSERT_THAT(findings, SizeIs(3));
   EXPECT_THAT(WhysOf(findings[0]), ElementsAre("Second/A2: same path, found later"));
   EXPECT_THAT(WhysOf(findings[1]), IsEmpty());
@@ -181,7 +181,7 @@ TEST(HostScanFindings, TellOfAResultOfTheSameAppIdWithItsRank) {
                                    {Result("High", "C:\\2.exe", "Steam App 7", "steam://run/7"),
                                     Result("Equal", "C:\\3.exe", "Steam App 7", "steam://run/7"),
                                     Result("Other", "C:\\4.exe", "Steam App 8", "steam://run/8")});
-  const std::vector<Finding> findings = FindingsOf(scan);
+  const std::vector<GameFinding> findings = FindingsOf(scan);
   ASSERT_THAT(findings, SizeIs(2));
   EXPECT_EQ(findings[0].result->name, "High");
   EXPECT_EQ(findings[0].run->strategy.name, "Second");
@@ -195,9 +195,9 @@ TEST(HostScanFindings, LeaveStandingWhatTheLibraryLeavesStanding) {
   const ObservedScan scan = ScanOf({Result("Plain", "C:\\1.exe")},
                                    {Result("Steam", "C:\\1.exe", "Steam App 7", "steam://run/7"),
                                     Result("URI 1", "", "", "x://1"), Result("URI 2", "", "", "x://1")});
-  const std::vector<Finding> findings = FindingsOf(scan);
+  const std::vector<GameFinding> findings = FindingsOf(scan);
   ASSERT_THAT(findings, SizeIs(4));
-  for (const Finding& finding : findings) EXPECT_THAT(finding.merged, IsEmpty());
+  for (const GameFinding& finding : findings) EXPECT_THAT(finding.merged, IsEmpty());
 }
 
 TEST(HostScanFindings, TellNothingOfWhatTheLibraryMergedElsewhere) {
@@ -205,7 +205,7 @@ TEST(HostScanFindings, TellNothingOfWhatTheLibraryMergedElsewhere) {
   const ObservedScan scan = ScanOf({Result("High", "C:\\1.exe", "Steam App 7", "steam://run/7"),
                                     Result("Low", "C:\\2.exe", "Steam ID: 7", "steam://run/7")},
                                    {Result("Plain", "C:\\2.exe")});
-  const std::vector<Finding> findings = FindingsOf(scan);
+  const std::vector<GameFinding> findings = FindingsOf(scan);
   ASSERT_THAT(findings, SizeIs(2));
   EXPECT_THAT(WhysOf(findings[0]), ElementsAre("First/Low: same Steam app id 7, source of rank 2 below 4"));
   EXPECT_THAT(WhysOf(findings[1]), IsEmpty());
@@ -215,7 +215,7 @@ TEST(HostScanFindings, FollowWhatWasMergedIntoSomethingThatWasReplaced) {
   const ObservedScan scan =
       ScanOf({Result("Low", "C:\\1.exe", "Steam ID: 7", "steam://run/7"), Result("Plain", "C:\\1.exe")},
              {Result("High", "C:\\2.exe", "Steam App 7", "steam://run/7")});
-  const std::vector<Finding> findings = FindingsOf(scan);
+  const std::vector<GameFinding> findings = FindingsOf(scan);
   ASSERT_THAT(findings, SizeIs(1));
   EXPECT_THAT(WhysOf(findings[0]), ElementsAre("First/Low: same Steam app id 7, source of rank 2 below 4",
                                                "First/Plain: same path, found later"));
@@ -223,7 +223,7 @@ TEST(HostScanFindings, FollowWhatWasMergedIntoSomethingThatWasReplaced) {
 
 TEST(HostScanFindings, TellEqualResultsApart) {
   const ScanResult twin = Result("A", "C:\\a.exe");
-  const std::vector<Finding> findings = FindingsOf(ScanOf({twin}, {twin, twin}));
+  const std::vector<GameFinding> findings = FindingsOf(ScanOf({twin}, {twin, twin}));
   ASSERT_THAT(findings, SizeIs(1));
   EXPECT_THAT(findings[0].merged, SizeIs(2));
 }
