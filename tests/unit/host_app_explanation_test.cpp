@@ -31,7 +31,7 @@ using testing::IsEmpty;
 using testing::Not;
 using testing::SizeIs;
 
-constexpr uint64_t kMebibyte = 1024 * 1024;
+constexpr uint64_t kMebibyte = 1u << 20;
 const std::string kRoot = "C:\\TarnwickTest\\AppExplanation";
 const std::string kMachine = R"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall\)";
 const std::string kUser = R"(HKEY_CURRENT_USER\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall\)";

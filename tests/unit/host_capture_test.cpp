@@ -235,7 +235,7 @@ class HostCapturePrivacy : public HostCapture {
     desktop_.String(R"(HKEY_LOCAL_MACHINE\SOFTWARE\Valve\Steam)", "InstallPath", R"(C:\TarnwickTest\Steam)",
                     View::k32);
     desktop_.File(R"(C:\TarnwickTest\Steam\userdata\22202001\config\shortcuts.vdf)",
-                  "\1Owner\0x76561198012345678");
+                  std::string("\1Owner\0", 7) + "76561198012345678");
     desktop_.Folder(R"(C:\TarnwickTest\Steam\steamapps)");
     desktop_.File(
         R"(C:\TarnwickTest\Steam\steamapps\appmanifest_5.acf)",

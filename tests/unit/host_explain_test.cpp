@@ -369,7 +369,7 @@ std::vector<std::string> LinesOf(const std::string& text) {
 TEST_F(HostExplain, TheTextKeepsTheTerminalsWidth) {
   Sample();
   const Explanation explanation = Explain("a", kSampleCatalogue);
-  for (const size_t width : {30, 50, 79, 120}) {
+  for (const size_t width : {30u, 50u, 79u, 120u}) {
     for (const bool verbose : {false, true}) {
       for (const std::string& line : LinesOf(ExplanationText(explanation, {width, verbose})))
         EXPECT_LE(host::DisplayColumns(line), width) << line;
