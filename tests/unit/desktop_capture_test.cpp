@@ -537,14 +537,14 @@ TEST(DesktopCapture, RefusesPicturesThatAreNone) {
   EXPECT_EQ(PictureRefusal(spoilt), place + "is a PNG picture that is damaged or cut");
   // Each of these has sums that fit: a palette of colours, and rows that are too few.
   const std::string header = std::string("\0\0\0\x10\0\0\0\x10\x08", 9);
-  EXPECT_EQ(PictureRefusal(Picture(header + std::string("\3\0\0\0", 4), 16u * 65)),
+  EXPECT_EQ(PictureRefusal(Picture(header + std::string("\3\0\0\0", 4), size_t{16} * 65)),
             place + "is no PNG picture of red, green, blue and alpha, 8 bits each");
   const std::string form = std::string("\6\0\0\0", 4);
-  EXPECT_EQ(PictureRefusal(Picture(header + form, 15u * 65)),
+  EXPECT_EQ(PictureRefusal(Picture(header + form, size_t{15} * 65)),
             place + "is a PNG picture whose pixels can't be unpacked");
   EXPECT_EQ(PictureRefusal(Picture(header + form, 1'000'000)),
             place + "is a PNG picture whose pixels can't be unpacked");
-  EXPECT_EQ(PictureRefusal(Picture(header + form, 16u * 65)), "nothing thrown");
+  EXPECT_EQ(PictureRefusal(Picture(header + form, size_t{16} * 65)), "nothing thrown");
   EXPECT_EQ(PictureRefusal(good, 32), place + "is a picture of 16 by 16 pixels, not of 32");
 }
 
