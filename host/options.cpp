@@ -196,7 +196,8 @@ void AddCatalogueRecords(CLI::App& catalogue, Options& options) {
   addOutput(merge);
   AddFormat(*diff, options, kTextOrJson);
   CLI::App* show = catalogue.add_subcommand("show", "Print the records of a game");
-  show->add_option("NAME", options.input, "Part of the name, in any letter case")->required();
+  show->add_option("NAME", options.input, "Part of the name; letter case and accents don't count")
+      ->required();
   show->add_option("CATALOGUE", options.catalogue, "The catalogue file; without it as for scan");
   AddFormat(*show, options, kTextOrJson);
 }

@@ -28,7 +28,7 @@ constexpr Root kRoots[] = {{RegistryRoot::kLocalMachine, RegistryView::k64},
 
 // What a scan tells about an entry's having to do with games. All texts are in lower case.
 struct GameSigns {
-  std::set<std::wstring> names;   // of records and of found games, folded
+  std::set<std::string> names;    // of records and of found games, loosely read
   std::set<std::wstring> texts;   // that name a key: the catalogue's and those that strategies read elsewhere
   std::set<std::wstring> places;  // paths that strategies asked for and that are there
 };
@@ -39,16 +39,9 @@ std::wstring LowerWide(const std::string& text) {
   return LowerText(common::Wide(text, common::Malformed::kReplaced));
 }
 
-// A name without anything that spelling may differ in.
-std::wstring BareName(const std::string& name) {
-  std::string folded = FoldedName(name);
-  std::erase(folded, ' ');
-  return LowerWide(folded);
-}
-
 void AddName(GameSigns& signs, const std::string& name) {
-  const std::wstring bare = BareName(name);
-  if (!bare.empty()) signs.names.insert(bare);
+  const std::string loose = LooseName(name);
+  if (!loose.empty()) signs.names.insert(loose);
 }
 
 bool IsUninstallText(const std::string& subject) {
@@ -115,7 +108,7 @@ bool StandsWhereAGameWasLookedFor(const UninstallEntry& entry, const GameSigns& 
 }
 
 bool IsCalledLikeAGame(const UninstallEntry& entry, const GameSigns& signs) {
-  return signs.names.count(BareName(common::Narrow(entry.name))) > 0;
+  return signs.names.count(LooseName(common::Narrow(entry.name))) > 0;
 }
 
 bool IsNamedByKey(const UninstallEntry& entry, const GameSigns& signs) {

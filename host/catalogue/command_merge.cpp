@@ -1,11 +1,11 @@
 // "catalogue merge", "catalogue diff" and "catalogue show".
 #include "common/catalogue_text.h"
 #include "host/catalogue/merge.h"
-#include "host/catalogue/name_search.h"
 #include "host/catalogue/record_file.h"
 #include "host/catalogue_file.h"
 #include "host/commands.h"
 #include "host/console.h"
+#include "host/explain/name_folding.h"
 #include "host/failure.h"
 #include "host/list_formats.h"
 #include "host/presentation.h"
@@ -93,9 +93,10 @@ std::string PlainText(const GameList& games) {
 }
 
 GameList RecordsNamed(const GameList& games, const std::string& part) {
+  const std::string wanted = FoldedName(part);
   GameList found;
   for (const GameSignature& game : games)
-    if (HoldsName(game.DisplayName, part)) found.push_back(game);
+    if (FoldedName(game.DisplayName).find(wanted) != std::string::npos) found.push_back(game);
   return found;
 }
 

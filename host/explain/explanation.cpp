@@ -3,10 +3,10 @@
 #include "core/merge.h"
 #include "core/steam_url.h"
 #include "core/strategy_wants.h"
-#include "foundation/text.h"
 #include "host/explain/misses.h"
 #include "host/explain/name_folding.h"
 #include "host/explain/named_games.h"
+#include "host/explain/named_path.h"
 
 #include <fmt/format.h>
 
@@ -44,9 +44,8 @@ Material MaterialOf(const ObservedScan& scan) {
   return material;
 }
 
-// Paths as Windows compares them, as far as bytes go.
 bool IsSamePath(const std::string& one, const std::string& other) {
-  return !one.empty() && ToLowerBytes(one) == ToLowerBytes(other);
+  return !one.empty() && ComparablePath(one) == ComparablePath(other);
 }
 
 std::vector<OwnResult> OwnResults(const ObservedScan& scan, const GameSignature& record) {

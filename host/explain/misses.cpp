@@ -4,6 +4,7 @@
 #include "foundation/text.h"
 #include "host/explain/listed_games.h"
 #include "host/explain/name_folding.h"
+#include "host/explain/named_path.h"
 #include "host/explain/question_words.h"
 #include "launchers/bethesda_registry.h"
 #include "launchers/epic_games_scan.h"
@@ -126,24 +127,6 @@ std::string NameSearchMiss(const std::vector<Heard>& heard, const std::string& n
   return fmt::format("{} is called '{}' ({} asked)", place, name, asked.size());
 }
 
-// As far as the file system tells paths apart.
-std::string PlainPath(const std::string& path) {
-  std::string plain = ToLowerBytes(TrimTrailingSeparators(path));
-  std::replace(plain.begin(), plain.end(), '/', '\\');
-  if (plain.size() > 1) {
-    const auto doubled = [](char a, char b) { return a == '\\' && b == '\\'; };
-    plain.erase(std::unique(plain.begin() + 1, plain.end(), doubled), plain.end());
-  }
-  return plain;
-}
-
-bool LiesIn(const std::string& path, const std::string& folder) {
-  const std::string plain = PlainPath(path);
-  const std::string plainFolder = PlainPath(folder);
-  return !plainFolder.empty() && plain.starts_with(plainFolder) &&
-         (plain.size() == plainFolder.size() || plain[plainFolder.size()] == '\\');
-}
-
 // By the record's id at its source. Names count for all.
 bool HasId(const StrategyWants& wants, const GameSignature& record, const ListedGame& game) {
   if (game.id.empty()) return false;
@@ -185,7 +168,7 @@ std::string LeadMiss(const ListedGame& game, const std::string& lead, const Hear
   const std::string plain = TrimTrailingSeparators(lead);
   const std::string shown = game.place.ends_with(".acf") ? LastPart(plain) : plain;
   const std::string& asked = miss.question.subject;
-  if (PlainPath(asked) == PlainPath(lead))
+  if (ComparablePath(asked) == ComparablePath(lead))
     return fmt::format("{} names {}, which doesn't exist", place, shown);
   const std::string below = asked.size() > plain.size() + 1 ? asked.substr(plain.size() + 1) : asked;
   const bool folderIsMissing = miss.answer.text == "error 3" && below.find('\\') == std::string::npos;
@@ -195,8 +178,9 @@ std::string LeadMiss(const ListedGame& game, const std::string& lead, const Hear
 
 const Heard* LastMissBelow(const std::vector<Heard>& heard, const std::string& lead) {
   const std::set<std::string> answered = Answered(heard);
+  const std::string place = ComparablePath(lead);
   const auto found = std::find_if(heard.rbegin(), heard.rend(), [&](const Heard& one) {
-    return AsksForPath(one.question) && LiesIn(one.question.subject, lead) &&
+    return AsksForPath(one.question) && IsAtOrBelow(ComparablePath(one.question.subject), place) &&
            !answered.contains(IdentityOf(one.question));
   });
   return found == heard.rend() ? nullptr : &*found;
@@ -227,7 +211,7 @@ std::string TriedEverywhere(const GameSignature& record, const std::vector<Heard
   if (record.SourceKind != kSourceRiot || record.RunningExe.empty()) return {};
   const auto found = std::find_if(heard.rbegin(), heard.rend(), [&](const Heard& one) {
     return AsksForPath(one.question) && !one.answer.given &&
-           PlainPath(one.question.subject).ends_with(PlainPath(record.RunningExe));
+           ComparablePath(one.question.subject).ends_with(ComparablePath(record.RunningExe));
   });
   return found == heard.rend() ? std::string() : Words(*found, heard);
 }

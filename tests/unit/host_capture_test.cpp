@@ -229,7 +229,9 @@ class HostCapturePrivacy : public HostCapture {
     desktop_.File(items + "a.item",
                   R"({"DisplayName": "Nest", "AppName": "nest", "InstallLocation": "C:\\Users\\)" + kLatin +
                       R"(\\Games\\Nest", "by": "Zo\u00eb Kowalski", "u": "Zo%C3%AB%20Kowalski",)" +
-                      R"( "mail": "zoe.k@mail.example.org", "accountId": "aabbccddeeff00112233"})");
+                      R"( "mail": "zoe.k@mail.example.org", "accountId": "aabbccddeeff00112233",)" +
+                      // In the midst of a text, where no field's name gives them away.
+                      R"( "note": "ask wren.keeper@post.example.net or 76561198087654321 first"})");
     desktop_.File(items + "b.item",
                   Utf16("{\"who\": \"" + kCyrillic + "\", \"sid\": \"S-1-5-21-1004336348-77-88-1001\"}"));
     desktop_.String(R"(HKEY_LOCAL_MACHINE\SOFTWARE\Valve\Steam)", "InstallPath", R"(C:\TarnwickTest\Steam)",
@@ -254,7 +256,8 @@ TEST_F(HostCapturePrivacy, LeavesNoPrivateThingInAnyForm) {
   const std::string lower = common::Narrow(LowerText(common::Wide(text, common::Malformed::kReplaced)));
   for (const std::string name :
        {"kowalski", "\u043b\u0438\u0441\u0438\u0447\u043a\u0430", "zo\\u00eb", "%c3%ab", "zoe.k",
-        "example.org", "1004336348", "22202001", "012345678", "pennywort", "aabbccddeeff00112233"})
+        "example.org", "1004336348", "22202001", "012345678", "pennywort", "aabbccddeeff00112233",
+        "wren.keeper", "example.net", "087654321"})
     EXPECT_THAT(lower, Not(HasSubstr(name)));
   for (const std::string& name : {std::string("Kowalski"), kCyrillic}) {
     EXPECT_THAT(text, Not(HasSubstr(Utf16(name))));

@@ -6,7 +6,13 @@
 namespace tarnwick {
 namespace {
 
+using host::AreNear;
 using host::FoldedName;
+using host::LooseName;
+
+bool Near(const std::string& one, const std::string& other) {
+  return AreNear(LooseName(one), LooseName(other));
+}
 
 TEST(HostNameFolding, CaseDoesNotCount) {
   EXPECT_EQ(FoldedName("Lantern HARBOUR"), "lantern harbour");
@@ -53,6 +59,25 @@ TEST(HostNameFolding, ALongNameIsFoldedWhole) {
   EXPECT_EQ(FoldedName(ligatures), plain);
   EXPECT_GT(plain.size(), 3000u * 18u);
 }
+
+TEST(HostNameFolding, NamesAreNearInSpiteOfSignsSpacesAndNumerals) {
+  EXPECT_TRUE(Near("Foo 2", "Foo II"));
+  EXPECT_TRUE(Near("Foo 2", "Foo \u2161"));
+  EXPECT_TRUE(Near("Salt & Signal", "Salt &  Signal\u2122"));
+  EXPECT_TRUE(Near("Far Beacon", "FarBeacon\u00AE"));
+  EXPECT_TRUE(Near("Château", "CHATEAU"));
+  EXPECT_TRUE(Near("Lantern", "Lantren"));
+  EXPECT_TRUE(Near("Вьюгоград", "Выюгоград"));
+}
+
+TEST(HostNameFolding, NamesAreNotNearWhereTheyNameAnotherGame) {
+  EXPECT_FALSE(Near("Foo 2", "Foo 3"));
+  EXPECT_FALSE(Near("Foo", "Foe"));
+  EXPECT_FALSE(Near("Lantern", "Lanterns 2"));
+  EXPECT_FALSE(Near("Lantern", "Kiteborne"));
+}
+
+TEST(HostNameFolding, AFirstWordIsNoNumeral) { EXPECT_EQ(LooseName("V Rising II"), "vrising2"); }
 
 }  // namespace
 }  // namespace tarnwick
