@@ -1,7 +1,12 @@
 # shellcheck shell=bash
 # A Windows to run on: a Wine prefix and a display of the build tree's own, ended with the script. Sourced by the scripts.
 
-export WINEPREFIX=${TARNWICK_WINEPREFIX:-$PWD/build/wine}
+use_prefix() {
+  export WINEPREFIX=$1
+  # Stands where the prefix is set up and the last script that used it ran to its end, so that it left nothing behind.
+  wine_is_clean=$WINEPREFIX/tarnwick-is-clean
+}
+use_prefix "${TARNWICK_WINEPREFIX:-$PWD/build/wine}"
 export WINEDEBUG=${WINEDEBUG:--all}
 # Nobody is there to answer whether Mono and Gecko should be installed, and menus belong to no desktop here.
 export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
@@ -10,9 +15,6 @@ export WINEARCH=win64
 if [ "$(locale charmap 2>/dev/null)" != UTF-8 ]; then export LC_ALL=C.UTF-8; fi
 # The prefix is ours alone, so tests and the desktop builder may write its registry and its drive C:.
 export TARNWICK_THROWAWAY_MACHINE=1
-
-# Stands where the prefix is set up and the last script that used it ran to its end, so that it left nothing behind.
-wine_is_clean=$WINEPREFIX/tarnwick-is-clean
 
 display_pid=
 
@@ -27,15 +29,17 @@ end_wine() {
 
 # The foreground window needs a display.
 start_display() {
-  local number=build/display-number
+  local name number
+  name=build/display-$(basename "$WINEPREFIX")
+  number=$name.number
   : >"$number"
-  Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$number" 2>build/display.log &
+  Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$number" 2>"$name.log" &
   display_pid=$!
   for _ in $(seq 100); do
     [ -s "$number" ] && break
     sleep 0.1
   done
-  [ -s "$number" ] || fail "no virtual display: see build/display.log"
+  [ -s "$number" ] || fail "no virtual display: see $name.log"
   DISPLAY=:$(tr -d '[:space:]' <"$number")
   export DISPLAY
 }
@@ -50,9 +54,11 @@ fresh_wine() {
   start_display
   mkdir -p "$WINEPREFIX"
   # The server stays between programs, so that each needn't start it anew.
-  if ! { wineserver -p && wineboot -i && winecfg -v win10; } >build/wine.log 2>&1 ||
+  local log
+  log=build/$(basename "$WINEPREFIX").log
+  if ! { wineserver -p && wineboot -i && winecfg -v win10; } >"$log" 2>&1 ||
     [ ! -d "$WINEPREFIX/drive_c/windows" ]; then
-    cat build/wine.log >&2
+    cat "$log" >&2
     fail "Wine could not set up its prefix $WINEPREFIX"
   fi
 }
