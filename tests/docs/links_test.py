@@ -85,7 +85,8 @@ class Links(unittest.TestCase):
 
     def test_a_link_that_leads_nowhere_is_told(self):
         files = with_folders(known_files())
-        self.assertEqual(fault("docs/outputs.md", "nowhere.md", files), "docs/outputs.md: nowhere.md leads to docs/nowhere.md, which isn't there")
+        self.assertEqual(fault("docs/outputs.md", "nowhere.md", files),
+                         "docs/outputs.md: nowhere.md leads to docs/nowhere.md, which isn't there")
         self.assertIn("hasn't got", fault("docs/outputs.md", "command-line.md#nowhere", files))
         self.assertIn("hasn't got", fault("docs/outputs.md", "#nowhere", files))
         self.assertIn("leads out", fault("README.md", "../elsewhere.md", files))
@@ -94,7 +95,8 @@ class Links(unittest.TestCase):
             self.assertIsNone(fault("docs/outputs.md", good, files), good)
 
     def test_code_holds_no_links_and_headings_of_one_name_are_told_apart(self):
-        text = "# A `b` c: d?\n\n`[no](none.md)` [yes](a%20b.md) ![picture](c.png)\n\n## Twice\n\n## Twice\n\n```\n[no](none.md)\n```\n"
+        text = ("# A `b` c: d?\n\n`[no](none.md)` [yes](a%20b.md) ![picture](c.png)\n\n## Twice\n\n## Twice\n\n"
+                "```\n[no](none.md)\n```\n")
         self.assertEqual(list(links(text)), ["a%20b.md", "c.png"])
         self.assertEqual(anchors(text), {"a-b-c-d", "twice", "twice-1"})
 
