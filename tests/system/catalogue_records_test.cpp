@@ -1,5 +1,6 @@
 // The program's commands that make, convert and compare catalogues, as a person runs them.
 #include "desktop/desktop.h"
+#include "support/file_bytes.h"
 #include "support/process.h"
 #include "support/steam_bytes.h"
 #include "support/steam_world.h"
@@ -8,8 +9,6 @@
 #include <nlohmann/json.hpp>
 
 #include <filesystem>
-#include <fstream>
-#include <sstream>
 
 namespace tarnwick::tests {
 namespace {
@@ -23,12 +22,7 @@ using testing::StartsWith;
 
 const std::string kFolder = R"(C:\TarnwickTest\CatalogueRecords)";
 
-std::string ReadBytes(const std::string& name) {
-  std::ifstream file(std::filesystem::path(kFolder + "\\" + name), std::ios::binary);
-  std::ostringstream bytes;
-  bytes << file.rdbuf();
-  return bytes.str();
-}
+std::string Written(const std::string& name) { return ReadBytes(kFolder + "\\" + name); }
 
 class CatalogueRecords : public testing::Test {
  protected:
@@ -55,13 +49,12 @@ class CatalogueRecords : public testing::Test {
 
 TEST_F(CatalogueRecords, GoToACatalogueAndBackAlsoAnEncipheredOne) {
   Make("games.csv", "games.xml");
-  EXPECT_THAT(ReadBytes("games.xml"),
-              HasSubstr("<DisplayName>Wren, &quot;the&quot; &amp; Ötzi</DisplayName>"));
+  EXPECT_THAT(Written("games.xml"), HasSubstr("<DisplayName>Wren, &quot;the&quot; &amp; Ötzi</DisplayName>"));
   ASSERT_EQ(Run({"encipher", "games.xml", "-o", "games.bin"}).exitCode, 0u);
   ASSERT_EQ(Run({"to-csv", "games.bin", "-o", "again.csv"}).exitCode, 0u);
-  EXPECT_THAT(ReadBytes("again.csv"), HasSubstr("\"Wren, \"\"the\"\" & Ötzi\",GOG,9,"));
+  EXPECT_THAT(Written("again.csv"), HasSubstr("\"Wren, \"\"the\"\" & Ötzi\",GOG,9,"));
   Make("again.csv", "again.xml");
-  EXPECT_EQ(ReadBytes("again.xml"), ReadBytes("games.xml"));
+  EXPECT_EQ(Written("again.xml"), Written("games.xml"));
 }
 
 TEST_F(CatalogueRecords, AFaultOfACsvFileIsOneLineWithItsPlaceAndNothingIsWritten) {
@@ -101,7 +94,7 @@ TEST_F(CatalogueRecords, MergingKeepsTheFirstAndListsConflicts) {
               AllOf(HasSubstr("kept the first of two: STEAM 80 Owl\n"),
                     HasSubstr("    DefaultExe: kept \"owl.exe\", left \"owl2.exe\"\n"),
                     HasSubstr("4 records written; left out: 0 that said the same, 1 conflict\n")));
-  EXPECT_THAT(ReadBytes("all.xml"), testing::Not(HasSubstr("owl2.exe")));
+  EXPECT_THAT(Written("all.xml"), testing::Not(HasSubstr("owl2.exe")));
 }
 
 TEST_F(CatalogueRecords, WhatXmlCanNotHoldIsRefusedWithTheRecord) {
@@ -161,7 +154,7 @@ TEST_F(CatalogueRecords, ImportsByTheFilesExtensionOrTheFormat) {
   EXPECT_EQ(plain.errors, "tarnwick: taken: 1 record\n");
   EXPECT_THAT(Run({"import", "steam", "--format", "xml"}).output, HasSubstr("<SourceExId>70</SourceExId>"));
   EXPECT_EQ(Run({"import", "steam", "-o", "s.xml"}).exitCode, 0u);
-  EXPECT_THAT(ReadBytes("s.xml"), HasSubstr("<DefaultExe>wren.exe</DefaultExe>"));
+  EXPECT_THAT(Written("s.xml"), HasSubstr("<DefaultExe>wren.exe</DefaultExe>"));
   EXPECT_THAT(Run({"import", "steam", "-o", "s.txt"}).errors, HasSubstr("say which with --format"));
   EXPECT_EQ(Run({"import"}).exitCode, 2u);
 }
@@ -172,7 +165,7 @@ TEST_F(CatalogueRecords, ImportsWhatLaunchersReportWithoutTheFoldersOwnCatalogue
   EXPECT_EQ(result.exitCode, 0u);
   EXPECT_THAT(result.output, IsEmpty());
   EXPECT_THAT(result.errors, HasSubstr("tarnwick: taken: "));
-  EXPECT_THAT(ReadBytes("here.csv"), StartsWith("DisplayName,SourceEx,SourceExId,"));
+  EXPECT_THAT(Written("here.csv"), StartsWith("DisplayName,SourceEx,SourceExId,"));
 }
 
 }  // namespace

@@ -1,13 +1,12 @@
 // The page's scan is one that the program listens to; its games are those of the library's own.
 #include "desktop/description.h"
 
+#include "support/file_bytes.h"
 #include "support/process.h"
-#include "support/source_folder.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
-#include <fstream>
 #include <string_view>
 
 namespace tarnwick {
@@ -25,8 +24,7 @@ constexpr const char* kCatalogue = R"(C:\TarnwickDemo\MasterGameList.xml)";
 class HostPage : public testing::Test {
  protected:
   void SetUp() override {
-    std::ifstream file(tests::SourceFolder() + "/desktop/samples/sample-desktop.json", std::ios::binary);
-    ApplyDescription(desktop_, {std::istreambuf_iterator<char>(file), {}});
+    ApplyDescription(desktop_, tests::ReadSource("desktop/samples/sample-desktop.json"));
   }
 
   desktop::Desktop desktop_;

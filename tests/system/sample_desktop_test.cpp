@@ -120,9 +120,7 @@ const std::vector<std::pair<Finder, std::vector<std::string>>> kFound = {
     {{"Steam", "Steam AppInfo Scan"}, {"Paperlight"}},
 };
 
-std::string SampleText() {
-  return tests::ReadBytes(tests::SourceFolder() + "/desktop/samples/sample-desktop.json");
-}
+std::string SampleText() { return tests::ReadSource("desktop/samples/sample-desktop.json"); }
 
 class SampleDesktop : public testing::Test {
  protected:

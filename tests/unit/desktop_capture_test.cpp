@@ -8,8 +8,10 @@
 #include "desktop/json_node.h"
 #include "desktop/windows_calls.h"
 #include "foundation/owner.h"
+#include "support/file_bytes.h"
 #include "support/icon_colour.h"
 #include "support/process.h"
+#include "support/registry_value.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -17,7 +19,6 @@
 #include <wincrypt.h>
 
 #include <filesystem>
-#include <fstream>
 
 namespace tarnwick::desktop {
 namespace {
@@ -26,36 +27,20 @@ using common::Wide;
 using testing::AllOf;
 using testing::HasSubstr;
 using testing::Not;
+using tests::PathExists;
+using tests::ReadBytes;
 
 const std::string kFolder = R"(C:\TarnwickTest\Capture)";
 const std::string kKey = R"(HKEY_LOCAL_MACHINE\SOFTWARE\TarnwickCaptureTest)";
 
-bool Exists(const std::string& path) {
-  return GetFileAttributesW(LongPath(path).c_str()) != INVALID_FILE_ATTRIBUTES;
-}
-
-std::string Content(const std::string& path) {
-  std::ifstream stream(std::filesystem::path(LongPath(path)), std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
 // "type:bytes in hex", or "none".
 std::string Value(const std::string& key, const std::string& name, REGSAM view = 0) {
-  const bool machine = key.starts_with("HKEY_LOCAL_MACHINE");
-  RegistryHandle opened;
-  if (RegOpenKeyExW(machine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER,
-                    Wide(key.substr(key.find('\\') + 1)).c_str(), 0, KEY_READ | view, opened.Receive()) != 0)
-    return "none";
-  DWORD type = 0;
-  DWORD size = 4096;
-  std::string bytes(size, '\0');
-  if (RegQueryValueExW(opened.Get(), Wide(name).c_str(), nullptr, &type,
-                       reinterpret_cast<BYTE*>(bytes.data()), &size) != 0)
-    return "none";
-  std::string text = std::to_string(type) + ":";
-  for (DWORD place = 0; place < size; ++place) {
+  const std::optional<tests::RegistryValue> value = tests::ReadRegistryValue(key, name, view);
+  if (!value) return "none";
+  std::string text = std::to_string(value->type) + ":";
+  for (const char byte : value->bytes) {
     char digits[3];
-    std::snprintf(digits, sizeof digits, "%02x", static_cast<unsigned char>(bytes[place]));
+    std::snprintf(digits, sizeof digits, "%02x", static_cast<unsigned char>(byte));
     text += digits;
   }
   return text;
@@ -124,18 +109,18 @@ TEST(DesktopCapture, BuildsFoldersAndFiles) {
                {"path": "C:\\TarnwickTest\\Capture\\b.bin", "base64": "AAECAw=="},
                {"path": "C:\\TarnwickTest\\Capture\\c.bin", "base64": "AAEC", "cut": true, "size": 9000000000}],
       "missing": ["C:\\TarnwickTest\\Capture\\gone.txt"])"));
-  EXPECT_TRUE(Exists(kFolder + R"(\Empty)"));
-  EXPECT_EQ(Content(kFolder + R"(\a.txt)"), "héllo");
-  EXPECT_EQ(Content(kFolder + R"(\b.bin)"), std::string("\0\1\2\3", 4));
+  EXPECT_TRUE(PathExists(kFolder + R"(\Empty)"));
+  EXPECT_EQ(ReadBytes(kFolder + R"(\a.txt)"), "héllo");
+  EXPECT_EQ(ReadBytes(kFolder + R"(\b.bin)"), std::string("\0\1\2\3", 4));
   EXPECT_EQ(std::filesystem::file_size(LongPath(kFolder + R"(\c.bin)")), 9'000'000'000u);
-  EXPECT_FALSE(Exists(kFolder + R"(\gone.txt)"));
+  EXPECT_FALSE(PathExists(kFolder + R"(\gone.txt)"));
   WIN32_FILE_ATTRIBUTE_DATA data{};
   GetFileAttributesExW(LongPath(kFolder + R"(\a.txt)").c_str(), GetFileExInfoStandard, &data);
   const uint64_t written =
       (static_cast<uint64_t>(data.ftLastWriteTime.dwHighDateTime) << 32) | data.ftLastWriteTime.dwLowDateTime;
   EXPECT_EQ(written, (1'600'000'000ull + 11'644'473'600ull) * 10'000'000);
   desktop.Remove();
-  EXPECT_FALSE(Exists(kFolder));
+  EXPECT_FALSE(PathExists(kFolder));
 }
 
 std::string IconJson(int size, uint32_t rgb) {
@@ -166,7 +151,7 @@ TEST(DesktopCapture, BuildsProgramsWithPicturesOfSeveralSizes) {
   EXPECT_EQ(ExtractedColour(program, 0, 256), 0x0000FFu);
   EXPECT_EQ(ExtractedColour(program, 1, 32), 0x123456u);
   EXPECT_EQ(ExtractedColour(kFolder + R"(\x.ico)", 0, 48), 0xABCDEFu);
-  EXPECT_THAT(Content(program), HasSubstr(std::string("A\0 \0g\0a\0m\0e\0", 12)));
+  EXPECT_THAT(ReadBytes(program), HasSubstr(std::string("A\0 \0g\0a\0m\0e\0", 12)));
 }
 
 // A picture of two colours stays what it is, to the byte.
@@ -184,10 +169,10 @@ TEST(DesktopCapture, KeepsAFolderFromBeingListed) {
   std::error_code error;
   std::filesystem::directory_iterator listing(Wide(locked), error);
   EXPECT_EQ(error, std::errc::permission_denied);
-  EXPECT_TRUE(Exists(locked));
-  EXPECT_EQ(Content(locked + R"(\a.txt)"), "inside");
+  EXPECT_TRUE(PathExists(locked));
+  EXPECT_EQ(ReadBytes(locked + R"(\a.txt)"), "inside");
   desktop.Remove();
-  EXPECT_FALSE(Exists(kFolder));
+  EXPECT_FALSE(PathExists(kFolder));
 }
 
 TEST(DesktopCapture, SetsKnownFoldersAndVariablesAndGivesThemBack) {
@@ -203,7 +188,7 @@ TEST(DesktopCapture, SetsKnownFoldersAndVariablesAndGivesThemBack) {
         CaptureText("", R"("knownFolders": {"roaming data": "C:\\TarnwickTest\\Capture\\R", "local data": "",
                "program files": "C:\\TarnwickTest\\Capture\\P"},
                "environment": {"TW_CAPTURED": "é", "PATH": "C:\\none", "SystemRoot": "C:\\none"})"));
-    EXPECT_TRUE(Exists(kFolder + R"(\R)"));
+    EXPECT_TRUE(PathExists(kFolder + R"(\R)"));
     EXPECT_NE(Value(shell, "AppData"), roaming);
     EXPECT_EQ(Value(version, "ProgramFilesDir", KEY_WOW64_64KEY).size(), 2 + 4 * (kFolder.size() + 3));
     EXPECT_EQ(Value(variables, "TW_CAPTURED"), "1:e9000000");
@@ -213,7 +198,7 @@ TEST(DesktopCapture, SetsKnownFoldersAndVariablesAndGivesThemBack) {
   EXPECT_EQ(Value(shell, "AppData"), roaming);
   EXPECT_EQ(Value(version, "ProgramFilesDir", KEY_WOW64_64KEY), programs);
   EXPECT_EQ(Value(variables, "TW_CAPTURED"), "none");
-  EXPECT_FALSE(Exists(kFolder));
+  EXPECT_FALSE(PathExists(kFolder));
 }
 
 const std::string& SmallCapture() {
@@ -233,7 +218,7 @@ TEST(DesktopCapture, RefusesACaptureCutAnywhere) {
   for (size_t length = 0; length < SmallCapture().size(); ++length)
     ASSERT_THAT(Refusal(SmallCapture().substr(0, length)), HasSubstr("not JSON: it ends too early, at line"))
         << length;
-  EXPECT_FALSE(Exists(kFolder));
+  EXPECT_FALSE(PathExists(kFolder));
 }
 
 TEST(DesktopCapture, RefusesAnotherVersion) {
@@ -302,7 +287,7 @@ TEST(DesktopCapture, AllowsNamesThatLookLikeDevicesOnly) {
   const Desktop desktop = Build(CaptureText(
       R"("data": [{"path": "C:\\TarnwickTest\\Capture\\Console\\com10.txt", "text": ""},
                   {"path": "C:\\TarnwickTest\\Capture\\..a\\nul_.txt", "text": ""}])"));
-  EXPECT_TRUE(Exists(kFolder + R"(\Console\com10.txt)"));
+  EXPECT_TRUE(PathExists(kFolder + R"(\Console\com10.txt)"));
 }
 
 TEST(DesktopCapture, RefusesTheSystemsOwnFolders) {
@@ -313,7 +298,7 @@ TEST(DesktopCapture, RefusesTheSystemsOwnFolders) {
               HasSubstr("lies in a Start menu"));
   const Desktop desktop =
       Build(CaptureText(R"("data": [{"path": "C:\\Windows\\Installer\\{Tarnwick}\\i.ico", "text": ""}])"));
-  EXPECT_TRUE(Exists(R"(C:\Windows\Installer\{Tarnwick}\i.ico)"));
+  EXPECT_TRUE(PathExists(R"(C:\Windows\Installer\{Tarnwick}\i.ico)"));
 }
 
 TEST(DesktopCapture, KnowsTheSystemsFoldersByTheirShortNamesToo) {
@@ -345,7 +330,7 @@ TEST(DesktopCapture, RefusesToWriteThroughLinks) {
   desktop.Junction(kFolder + R"(\Link)", kFolder + R"(\Target)");
   EXPECT_THAT(PathRefusal(kFolder + R"(\Link\a)"),
               HasSubstr(R"(leads out through the link 'C:\TarnwickTest\Capture\Link')"));
-  EXPECT_FALSE(Exists(kFolder + R"(\Target\a)"));
+  EXPECT_FALSE(PathExists(kFolder + R"(\Target\a)"));
 }
 
 std::string KeyRefusal(const std::string& key) {
@@ -577,10 +562,10 @@ TEST(DesktopCaptureProgram, BuildsHoldsAndRemovesInTwoProcesses) {
   WIN32_FIND_DATAW found{};
   FindHandle listing(FindFirstFileW(Wide(kFolder + R"(\L\*)").c_str(), &found));
   EXPECT_FALSE(listing);
-  EXPECT_TRUE(Exists(kFolder + R"(\L)"));
+  EXPECT_TRUE(PathExists(kFolder + R"(\L)"));
   const tests::ProgramResult removed = RunDesktop({"remove", "--state", state});
   EXPECT_EQ(removed.exitCode, 0u) << removed.errors;
-  EXPECT_FALSE(Exists(kFolder + R"(\L)"));
+  EXPECT_FALSE(PathExists(kFolder + R"(\L)"));
 }
 
 TEST(DesktopCaptureProgram, RefusesAFileOfTwoHundredMegabytesUnread) {
@@ -592,7 +577,7 @@ TEST(DesktopCaptureProgram, RefusesAFileOfTwoHundredMegabytesUnread) {
   EXPECT_EQ(built.errors,
             "tarnwick-desktop: 'C:\\TarnwickTest\\Capture\\long.json' is 190 MiB long; a "
             "description has at most 128 MiB\r\n");
-  EXPECT_FALSE(Exists(kFolder + R"(\s.json)"));
+  EXPECT_FALSE(PathExists(kFolder + R"(\s.json)"));
 }
 
 TEST(DesktopDescription, HoldsFoldersThatCannotBeListed) {

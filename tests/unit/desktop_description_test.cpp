@@ -3,59 +3,43 @@
 #include "common/wide_text.h"
 #include "desktop/journal.h"
 #include "desktop/windows_calls.h"
-#include "foundation/owner.h"
+#include "support/file_bytes.h"
 #include "support/process.h"
+#include "support/registry_value.h"
 #include "support/uninstall_key.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <cstring>
-
 #include <cstdlib>
+#include <cstring>
 #include <filesystem>
-#include <fstream>
 
 namespace tarnwick::desktop {
 namespace {
 
 using common::Narrow;
-using common::Wide;
 using testing::AllOf;
 using testing::HasSubstr;
+using tests::PathExists;
+using tests::ReadBytes;
 
 const std::string kFolder = R"(C:\TarnwickTest\Description)";
-
-std::string Content(const std::string& path) {
-  std::ifstream stream(std::filesystem::path(LongPath(path)), std::ios::binary);
-  return stream ? std::string(std::istreambuf_iterator<char>(stream), {}) : "no such file: " + path;
-}
-
-bool Exists(const std::string& path) {
-  return GetFileAttributesW(LongPath(path).c_str()) != INVALID_FILE_ATTRIBUTES;
-}
 
 std::string Environment(const wchar_t* name) { return Narrow(_wgetenv(name)); }
 
 // A string value, or a number as decimal text; "none" where there is no such value.
 std::string Value(const std::string& key, const std::string& name, REGSAM view = 0) {
-  const bool machine = key.starts_with("HKEY_LOCAL_MACHINE");
-  RegistryHandle opened;
-  if (RegOpenKeyExW(machine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER,
-                    Wide(key.substr(key.find('\\') + 1)).c_str(), 0, KEY_READ | view, opened.Receive()) != 0)
-    return "none";
-  wchar_t text[1024] = {};
-  DWORD size = sizeof text - sizeof(wchar_t);
-  DWORD type = 0;
-  if (RegQueryValueExW(opened.Get(), Wide(name).c_str(), nullptr, &type, reinterpret_cast<BYTE*>(text),
-                       &size) != 0)
-    return "none";
-  if (type == REG_DWORD) {
+  const std::optional<tests::RegistryValue> value = tests::ReadRegistryValue(key, name, view);
+  if (!value) return "none";
+  if (value->type == REG_DWORD) {
     DWORD number = 0;
-    std::memcpy(&number, text, sizeof number);
+    std::memcpy(&number, value->bytes.data(), sizeof number);
     return std::to_string(number);
   }
-  return Narrow(text);
+  std::wstring text(value->bytes.size() / sizeof(wchar_t), L'\0');
+  std::memcpy(text.data(), value->bytes.data(), text.size() * sizeof(wchar_t));
+  return Narrow(text.c_str());
 }
 
 const std::string kTestKey = R"(HKEY_LOCAL_MACHINE\SOFTWARE\TarnwickDescriptionTest)";
@@ -110,19 +94,19 @@ TEST(DesktopDescription, MakesFilesFoldersExecutablesIconsAndJunctions) {
                        "versions": [{"language": 1049, "codePage": 1200, "strings": {"ProductName": "P"}}]}],
       "iconFiles": [{"path": "C:\\TarnwickTest\\Description\\i.ico", "icon": "#00FF00"}],
       "junctions": [{"path": "C:\\TarnwickTest\\Description\\Link", "target": "C:\\TarnwickTest\\Description\\Empty"}]})");
-  EXPECT_EQ(Content(kFolder + "\\a.txt"), "hello");
-  EXPECT_EQ(Content(kFolder + "\\b.bin"), "MZ");
+  EXPECT_EQ(ReadBytes(kFolder + "\\a.txt"), "hello");
+  EXPECT_EQ(ReadBytes(kFolder + "\\b.bin"), "MZ");
   EXPECT_EQ(std::filesystem::file_size(LongPath(kFolder + "\\c.bin")), 5'000'000'000u);
   ExecutableOptions options;
   options.icons = {{{{16, 0x3366CC}, {32, 0x3366CC}, {48, 0x3366CC}, {256, 0x3366CC}}}, {{{32, 0xFF0000}}}};
   options.versions = {{0x0409, 1200, {{"FileDescription", "Игра"}}}, {1049, 1200, {{"ProductName", "P"}}}};
   options.size = 70000;
-  EXPECT_EQ(Content(kFolder + "\\g.exe"), ExecutableBytes(options));
-  EXPECT_EQ(Content(kFolder + "\\i.ico"),
+  EXPECT_EQ(ReadBytes(kFolder + "\\g.exe"), ExecutableBytes(options));
+  EXPECT_EQ(ReadBytes(kFolder + "\\i.ico"),
             IconFileBytes({{{16, 0x00FF00}, {32, 0x00FF00}, {48, 0x00FF00}, {256, 0x00FF00}}}));
-  EXPECT_TRUE(Exists(kFolder + "\\Link"));
+  EXPECT_TRUE(PathExists(kFolder + "\\Link"));
   desktop.Remove();
-  EXPECT_FALSE(Exists(kFolder));
+  EXPECT_FALSE(PathExists(kFolder));
 }
 
 TEST(DesktopDescription, RegistersApplications) {
@@ -155,17 +139,17 @@ TEST(DesktopDescription, BuildsSteam) {
   const std::string steam = kFolder + "\\Steam";
   EXPECT_EQ(Value(R"(HKEY_LOCAL_MACHINE\SOFTWARE\WOW6432Node\Valve\Steam)", "InstallPath"), steam);
   EXPECT_EQ(Value(R"(HKEY_CURRENT_USER\SOFTWARE\Valve\Steam)", "SteamPath"), steam);
-  EXPECT_THAT(Content(steam + R"(\steamapps\libraryfolders.vdf)"),
+  EXPECT_THAT(ReadBytes(steam + R"(\steamapps\libraryfolders.vdf)"),
               HasSubstr(R"(C:\\TarnwickTest\\Description\\More)"));
-  EXPECT_THAT(Content(steam + R"(\steamapps\appmanifest_70.acf)"), HasSubstr("Wren Folder"));
-  EXPECT_THAT(Content(kFolder + R"(\More\steamapps\appmanifest_71.acf)"), HasSubstr("Owl"));
+  EXPECT_THAT(ReadBytes(steam + R"(\steamapps\appmanifest_70.acf)"), HasSubstr("Wren Folder"));
+  EXPECT_THAT(ReadBytes(kFolder + R"(\More\steamapps\appmanifest_71.acf)"), HasSubstr("Owl"));
   EXPECT_EQ(Value(kUninstall + "Steam App 70", "InstallLocation", KEY_WOW64_64KEY),
             steam + R"(\steamapps\common\Wren Folder)");
   EXPECT_EQ(Value(kUninstall + "Steam App 71", "InstallLocation", KEY_WOW64_64KEY), "none");
   EXPECT_EQ(Value(R"(HKEY_CURRENT_USER\Software\Valve\Steam\Apps\70)", "Installed"), "1");
   EXPECT_EQ(Value(R"(HKEY_CURRENT_USER\Software\Valve\Steam\Apps\71)", "Installed"), "none");
-  EXPECT_EQ(Content(steam + R"(\appcache\appinfo.vdf)").substr(0, 1), "\x28");
-  EXPECT_THAT(Content(steam + R"(\userdata\1\config\shortcuts.vdf)"),
+  EXPECT_EQ(ReadBytes(steam + R"(\appcache\appinfo.vdf)").substr(0, 1), "\x28");
+  EXPECT_THAT(ReadBytes(steam + R"(\userdata\1\config\shortcuts.vdf)"),
               AllOf(HasSubstr(R"("C:\s\s.exe")"), HasSubstr(R"("C:\s\")")));
 }
 
@@ -184,22 +168,22 @@ TEST(DesktopDescription, BuildsTheLaunchersThatKeepFiles) {
   EXPECT_EQ(
       Value(R"(HKEY_LOCAL_MACHINE\SOFTWARE\Epic Games\EpicGamesLauncher)", "AppDataPath", KEY_WOW64_32KEY),
       data + R"(\Epic\EpicGamesLauncher\Data)");
-  EXPECT_THAT(Content(data + R"(\Epic\EpicGamesLauncher\Data\Manifests\TarnwickWren.item)"),
+  EXPECT_THAT(ReadBytes(data + R"(\Epic\EpicGamesLauncher\Data\Manifests\TarnwickWren.item)"),
               HasSubstr("Wren"));
-  EXPECT_THAT(Content(data + R"(\Epic\UnrealEngineLauncher\LauncherInstalled.dat)"),
+  EXPECT_THAT(ReadBytes(data + R"(\Epic\UnrealEngineLauncher\LauncherInstalled.dat)"),
               HasSubstr("TarnwickOwl"));
-  EXPECT_THAT(Content(kFolder + R"(\Uplay\cache\configuration\configurations)"), HasSubstr("Wren"));
+  EXPECT_THAT(ReadBytes(kFolder + R"(\Uplay\cache\configuration\configurations)"), HasSubstr("Wren"));
   EXPECT_EQ(Value(kUninstall + "Uplay", "InstallLocation", KEY_WOW64_32KEY), kFolder + "\\Uplay");
   EXPECT_EQ(Value(kUninstall + "Uplay Install 17", "DisplayName", KEY_WOW64_32KEY), "Wren");
-  EXPECT_THAT(Content(data + R"(\Battle.net\Agent\Agent-t.log)"), HasSubstr("/game/wren"));
-  EXPECT_THAT(Content(data + R"(\Riot Games\RiotClientInstalls.json)"), HasSubstr("rc_live"));
-  EXPECT_THAT(Content(data + R"(\Riot Games\Metadata\wren.live\wren.live.product_settings.yaml)"),
+  EXPECT_THAT(ReadBytes(data + R"(\Battle.net\Agent\Agent-t.log)"), HasSubstr("/game/wren"));
+  EXPECT_THAT(ReadBytes(data + R"(\Riot Games\RiotClientInstalls.json)"), HasSubstr("rc_live"));
+  EXPECT_THAT(ReadBytes(data + R"(\Riot Games\Metadata\wren.live\wren.live.product_settings.yaml)"),
               HasSubstr("C:/W"));
-  EXPECT_THAT(Content(Environment(L"APPDATA") + R"(\miHoYo\HYP\1_0\gamedata.dat)"), HasSubstr("wren_x"));
-  EXPECT_TRUE(Exists(Environment(L"APPDATA") + R"(\itch\db\butler.db)"));
-  EXPECT_TRUE(Exists(data + R"(\Twitch\Games\Sql\GameInstallInfo.sqlite)"));
+  EXPECT_THAT(ReadBytes(Environment(L"APPDATA") + R"(\miHoYo\HYP\1_0\gamedata.dat)"), HasSubstr("wren_x"));
+  EXPECT_TRUE(PathExists(Environment(L"APPDATA") + R"(\itch\db\butler.db)"));
+  EXPECT_TRUE(PathExists(data + R"(\Twitch\Games\Sql\GameInstallInfo.sqlite)"));
   desktop.Remove();
-  EXPECT_FALSE(Exists(data + R"(\Riot Games)"));
+  EXPECT_FALSE(PathExists(data + R"(\Riot Games)"));
 }
 
 TEST(DesktopDescription, BuildsTheStore) {
@@ -216,9 +200,9 @@ TEST(DesktopDescription, BuildsTheStore) {
           R"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\InstallService\State\CategoryCache\TarnwickWren_t)",
           "ProductId", KEY_WOW64_64KEY),
       "9TARNWICK");
-  EXPECT_THAT(Content(kFolder + R"(\Wren\AppxManifest.xml)"), HasSubstr("w.exe"));
-  EXPECT_THAT(Content(Environment(L"LOCALAPPDATA") +
-                      R"(\Packages\Microsoft.WindowsStore_8wekyb3d8bbwe\LocalCache\Entitlements.json)"),
+  EXPECT_THAT(ReadBytes(kFolder + R"(\Wren\AppxManifest.xml)"), HasSubstr("w.exe"));
+  EXPECT_THAT(ReadBytes(Environment(L"LOCALAPPDATA") +
+                        R"(\Packages\Microsoft.WindowsStore_8wekyb3d8bbwe\LocalCache\Entitlements.json)"),
               HasSubstr("9TARNWICK"));
 }
 
@@ -236,7 +220,7 @@ TEST(DesktopDescription, BuildsTheLaunchersThatUseTheRegistryAlone) {
   EXPECT_EQ(Value(software + R"(GOG.com\Games\987001)", "exe", KEY_WOW64_64KEY), R"(C:\o.exe)");
   EXPECT_EQ(Value(software + R"(Bethesda Softworks\Bethesda.net)", "installLocation", KEY_WOW64_32KEY),
             kFolder + "\\Beth");
-  EXPECT_TRUE(Exists(kFolder + R"(\Beth\BethesdaNetLauncher.exe)"));
+  EXPECT_TRUE(PathExists(kFolder + R"(\Beth\BethesdaNetLauncher.exe)"));
   EXPECT_THAT(Value(kUninstall + "Bethesda 5", "UninstallString", KEY_WOW64_32KEY),
               HasSubstr("bethesdanet://uninstall/5"));
   EXPECT_EQ(Value(software + R"(Perfect World Entertainment\Core\Jay)", "Client", KEY_WOW64_32KEY),
@@ -250,7 +234,7 @@ TEST(DesktopDescription, WritesTheCatalogue) {
   Desktop desktop = Build(R"({"catalogue": {"path": "C:\\TarnwickTest\\Description\\list.xml",
       "games": [{"DisplayName": "Wren & Owl", "SourceEx": "STEAM", "SourceExId": "70", "DefaultFolder": "%userprofile%\\W"}]}})");
   EXPECT_THAT(
-      Content(kFolder + "\\list.xml"),
+      ReadBytes(kFolder + "\\list.xml"),
       AllOf(HasSubstr("<DisplayName>Wren &amp; Owl</DisplayName>"), HasSubstr("<SourceEx>STEAM</SourceEx>"),
             HasSubstr(R"(<DefaultFolder>%userprofile%\W</DefaultFolder>)")));
 }
@@ -302,7 +286,7 @@ TEST(DesktopDescription, NamesThePlaceOfEveryFault) {
        "at /catalogue/games/0/SourceEx: no source"},
   };
   for (const Fault& fault : faults) EXPECT_THAT(Refusal(fault.json), HasSubstr(fault.message)) << fault.json;
-  EXPECT_FALSE(Exists(R"(C:\TarnwickTest\D)"));
+  EXPECT_FALSE(PathExists(R"(C:\TarnwickTest\D)"));
 }
 
 TEST(DesktopState, GivesTheSameJournalBack) {
@@ -334,9 +318,9 @@ TEST(DesktopState, GivesTheSameJournalBack) {
     EXPECT_EQ(read.Made()[place].before->time, made[place].before->time);
   }
   read.Remove();
-  EXPECT_EQ(Content(kFolder + "\\Игра.txt"), "old");
+  EXPECT_EQ(ReadBytes(kFolder + "\\Игра.txt"), "old");
   EXPECT_EQ(Value(kTestKey, "游戏", KEY_WOW64_32KEY), "none");
-  EXPECT_FALSE(Exists(kFolder + "\\Link"));
+  EXPECT_FALSE(PathExists(kFolder + "\\Link"));
 }
 
 TEST(DesktopState, RefusesWhatIsNoState) {
@@ -364,15 +348,15 @@ TEST(DesktopProgram, BuildsAndRemovesInTwoProcesses) {
   const tests::ProgramResult built = RunDesktop({"build", kFolder + "\\описание.json", "--state", state});
   EXPECT_EQ(built.exitCode, 0u) << built.output;
   EXPECT_THAT(built.output, HasSubstr("Made 4 things."));
-  EXPECT_EQ(Content(kFolder + "\\Made\\a.txt"), "made");
+  EXPECT_EQ(ReadBytes(kFolder + "\\Made\\a.txt"), "made");
   EXPECT_EQ(Value(kTestKey, "a"), "b");
   const tests::ProgramResult again = RunDesktop({"build", kFolder + "\\описание.json", "--state", state});
   EXPECT_EQ(again.exitCode, 1u);
   EXPECT_THAT(again.output, HasSubstr("a desktop stands already"));
   const tests::ProgramResult removed = RunDesktop({"remove", "--state", state});
   EXPECT_EQ(removed.exitCode, 0u) << removed.output;
-  EXPECT_FALSE(Exists(kFolder + "\\Made"));
-  EXPECT_FALSE(Exists(kFolder + "\\состояние.json"));
+  EXPECT_FALSE(PathExists(kFolder + "\\Made"));
+  EXPECT_FALSE(PathExists(kFolder + "\\состояние.json"));
   EXPECT_EQ(Value(kTestKey, "a"), "none");
 }
 
@@ -394,8 +378,8 @@ TEST(DesktopProgram, SaysWhatIsWrong) {
       RunDesktop({"build", kFolder + "\\bad.json", "--state", kFolder + "\\s.json"});
   EXPECT_EQ(bad.exitCode, 1u);
   EXPECT_THAT(bad.output, HasSubstr("at /files/0: missing member 'path'"));
-  EXPECT_FALSE(Exists(kFolder + "\\Half"));
-  EXPECT_FALSE(Exists(kFolder + "\\s.json"));
+  EXPECT_FALSE(PathExists(kFolder + "\\Half"));
+  EXPECT_FALSE(PathExists(kFolder + "\\s.json"));
   EXPECT_EQ(RunDesktop({"remove", "--state", kFolder + "\\bad.json"}).exitCode, 1u);
 }
 

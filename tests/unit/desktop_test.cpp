@@ -4,7 +4,9 @@
 #include "desktop/journal.h"
 #include "desktop/windows_calls.h"
 #include "foundation/owner.h"
+#include "support/file_bytes.h"
 #include "support/process.h"
+#include "support/registry_value.h"
 #include "support/utf16_bytes.h"
 
 #include <gmock/gmock.h>
@@ -15,52 +17,20 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <optional>
 
 namespace tarnwick::desktop {
 namespace {
 
 using common::Narrow;
 using common::Wide;
+using tests::PathExists;
+using tests::ReadBytes;
+using tests::ReadRegistryValue;
+using tests::RegistryKeyExists;
+using tests::RegistryValue;
+
 const std::string kFolder = R"(C:\TarnwickTest\Desktop)";
 const std::string kKey = R"(HKEY_LOCAL_MACHINE\SOFTWARE\TarnwickDesktopTest)";
-
-bool Exists(const std::string& path) {
-  return GetFileAttributesW(LongPath(path).c_str()) != INVALID_FILE_ATTRIBUTES;
-}
-
-std::string Content(const std::string& path) {
-  std::ifstream stream(std::filesystem::path(LongPath(path)), std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-struct Value {
-  DWORD type = 0;
-  std::string bytes;
-  bool operator==(const Value&) const = default;
-};
-
-std::optional<Value> Read(const std::string& key, const std::string& name, REGSAM view = 0) {
-  const HKEY root = key.starts_with("HKEY_LOCAL_MACHINE") ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
-  RegistryHandle opened;
-  if (RegOpenKeyExW(root, Wide(key.substr(key.find('\\') + 1)).c_str(), 0, KEY_READ | view,
-                    opened.Receive()) != 0)
-    return std::nullopt;
-  Value value;
-  DWORD size = 65536;
-  value.bytes.resize(size);
-  if (RegQueryValueExW(opened.Get(), Wide(name).c_str(), nullptr, &value.type,
-                       reinterpret_cast<BYTE*>(value.bytes.data()), &size) != 0)
-    return std::nullopt;
-  value.bytes.resize(size);
-  return value;
-}
-
-bool KeyExists(const std::string& key, REGSAM view = 0) {
-  RegistryHandle opened;
-  return RegOpenKeyExW(HKEY_LOCAL_MACHINE, Wide(key.substr(key.find('\\') + 1)).c_str(), 0, KEY_READ | view,
-                       opened.Receive()) == 0;
-}
 
 std::string Terminated(const std::wstring& text) { return tests::Utf16Bytes(text + L'\0'); }
 
@@ -78,11 +48,11 @@ TEST(Desktop, MakesFilesWithTheirFoldersAndTakesThemAway) {
   {
     Desktop desktop;
     desktop.File(file, "one\r\ntwo");
-    EXPECT_EQ(Content(file), "one\r\ntwo");
+    EXPECT_EQ(ReadBytes(file), "one\r\ntwo");
     desktop.Folder(kFolder + R"(\Empty)");
-    EXPECT_TRUE(Exists(kFolder + R"(\Empty)"));
+    EXPECT_TRUE(PathExists(kFolder + R"(\Empty)"));
   }
-  EXPECT_FALSE(Exists(kFolder));
+  EXPECT_FALSE(PathExists(kFolder));
 }
 
 TEST(Desktop, LeavesFoldersAndForeignFilesThatStoodThereOrCame) {
@@ -93,9 +63,9 @@ TEST(Desktop, LeavesFoldersAndForeignFilesThatStoodThereOrCame) {
     desktop.Folder(kFolder + R"(\Old\Shared)");
     std::ofstream(std::filesystem::path(LongPath(kFolder + R"(\Old\Shared\foreign.txt)"))) << "x";
   }
-  EXPECT_TRUE(Exists(kFolder + R"(\Old)"));
-  EXPECT_FALSE(Exists(kFolder + R"(\Old\New)"));
-  EXPECT_TRUE(Exists(kFolder + R"(\Old\Shared\foreign.txt)"));
+  EXPECT_TRUE(PathExists(kFolder + R"(\Old)"));
+  EXPECT_FALSE(PathExists(kFolder + R"(\Old\New)"));
+  EXPECT_TRUE(PathExists(kFolder + R"(\Old\Shared\foreign.txt)"));
   std::filesystem::remove_all(Wide(kFolder));
 }
 
@@ -106,9 +76,9 @@ TEST(Desktop, GivesAnOverwrittenFileItsOldContentBack) {
     Desktop inner;
     inner.File(kFolder + R"(\a.txt)", "new");
     inner.File(kFolder + R"(\a.txt)", "newer");
-    EXPECT_EQ(Content(kFolder + R"(\a.txt)"), "newer");
+    EXPECT_EQ(ReadBytes(kFolder + R"(\a.txt)"), "newer");
   }
-  EXPECT_EQ(Content(kFolder + R"(\a.txt)"), "old");
+  EXPECT_EQ(ReadBytes(kFolder + R"(\a.txt)"), "old");
 }
 
 TEST(Desktop, MakesPathsLongerThanTheOldLimit) {
@@ -118,9 +88,9 @@ TEST(Desktop, MakesPathsLongerThanTheOldLimit) {
   {
     Desktop desktop;
     desktop.Executable(folder + R"(\game.exe)");
-    EXPECT_TRUE(Exists(folder + R"(\game.exe)"));
+    EXPECT_TRUE(PathExists(folder + R"(\game.exe)"));
   }
-  EXPECT_FALSE(Exists(kFolder));
+  EXPECT_FALSE(PathExists(kFolder));
 }
 
 TEST(Desktop, MakesSparseFilesBeyondFourGigabytes) {
@@ -157,17 +127,17 @@ TEST(Desktop, MakesJunctionsThatLeadOn) {
     {
       Desktop inner;
       inner.Junction(kFolder + R"(\Link)", kFolder + R"(\Target)");
-      EXPECT_EQ(Content(kFolder + R"(\Link\a.txt)"), "here");
+      EXPECT_EQ(ReadBytes(kFolder + R"(\Link\a.txt)"), "here");
       EXPECT_NE(GetFileAttributesW(LongPath(kFolder + R"(\Link)").c_str()) & FILE_ATTRIBUTE_REPARSE_POINT,
                 0u);
       // A loop is what the walks of the library must survive.
       inner.Junction(kFolder + R"(\Target\Loop)", kFolder + R"(\Target)");
-      EXPECT_EQ(Content(kFolder + R"(\Target\Loop\Loop\a.txt)"), "here");
+      EXPECT_EQ(ReadBytes(kFolder + R"(\Target\Loop\Loop\a.txt)"), "here");
     }
-    EXPECT_FALSE(Exists(kFolder + R"(\Link)"));
-    EXPECT_EQ(Content(kFolder + R"(\Target\a.txt)"), "here");
+    EXPECT_FALSE(PathExists(kFolder + R"(\Link)"));
+    EXPECT_EQ(ReadBytes(kFolder + R"(\Target\a.txt)"), "here");
   }
-  EXPECT_FALSE(Exists(kFolder));
+  EXPECT_FALSE(PathExists(kFolder));
 }
 
 TEST(Desktop, WritesEveryTypeOfValue) {
@@ -181,31 +151,34 @@ TEST(Desktop, WritesEveryTypeOfValue) {
   desktop.Binary(kKey, "Binary", std::string_view("\0\1\2", 3));
   desktop.Binary(kKey, "Nothing", {});
   desktop.RawValue(kKey, "Odd", REG_SZ, "abc");
-  EXPECT_EQ(Read(kKey, "Text"), (Value{REG_SZ, Terminated(L"Игра 游戏")}));
-  EXPECT_EQ(Read(kKey, ""), (Value{REG_SZ, Terminated(L"default")}));
-  EXPECT_EQ(Read(kKey, "Expand"), (Value{REG_EXPAND_SZ, Terminated(L"%PATH%")}));
-  EXPECT_EQ(Read(kKey, "Multi"), (Value{REG_MULTI_SZ, Terminated(std::wstring(L"a\0b\0", 4))}));
-  EXPECT_EQ(Read(kKey, "Dword"), (Value{REG_DWORD, "\4\3\2\1"}));
-  EXPECT_EQ(Read(kKey, "Qword"), (Value{REG_QWORD, "\x8\7\6\5\4\3\2\1"}));
-  EXPECT_EQ(Read(kKey, "Binary"), (Value{REG_BINARY, std::string("\0\1\2", 3)}));
-  EXPECT_EQ(Read(kKey, "Nothing"), (Value{REG_BINARY, ""}));
-  ASSERT_TRUE(Read(kKey, "Odd"));
-  EXPECT_EQ(Read(kKey, "Odd")->bytes.substr(0, 3), "abc");
+  EXPECT_EQ(ReadRegistryValue(kKey, "Text"), (RegistryValue{REG_SZ, Terminated(L"Игра 游戏")}));
+  EXPECT_EQ(ReadRegistryValue(kKey, ""), (RegistryValue{REG_SZ, Terminated(L"default")}));
+  EXPECT_EQ(ReadRegistryValue(kKey, "Expand"), (RegistryValue{REG_EXPAND_SZ, Terminated(L"%PATH%")}));
+  EXPECT_EQ(ReadRegistryValue(kKey, "Multi"),
+            (RegistryValue{REG_MULTI_SZ, Terminated(std::wstring(L"a\0b\0", 4))}));
+  EXPECT_EQ(ReadRegistryValue(kKey, "Dword"), (RegistryValue{REG_DWORD, "\4\3\2\1"}));
+  EXPECT_EQ(ReadRegistryValue(kKey, "Qword"), (RegistryValue{REG_QWORD, "\x8\7\6\5\4\3\2\1"}));
+  EXPECT_EQ(ReadRegistryValue(kKey, "Binary"), (RegistryValue{REG_BINARY, std::string("\0\1\2", 3)}));
+  EXPECT_EQ(ReadRegistryValue(kKey, "Nothing"), (RegistryValue{REG_BINARY, ""}));
+  ASSERT_TRUE(ReadRegistryValue(kKey, "Odd"));
+  EXPECT_EQ(ReadRegistryValue(kKey, "Odd")->bytes.substr(0, 3), "abc");
 }
 
 TEST(Desktop, WritesBothViewsOfTheRegistry) {
   {
     Desktop desktop;
     desktop.Dword(kKey, "Which", 32, View::k32);
-    EXPECT_FALSE(KeyExists(kKey, KEY_WOW64_64KEY));
+    EXPECT_FALSE(RegistryKeyExists(kKey, KEY_WOW64_64KEY));
     desktop.Dword(kKey, "Which", 64, View::k64);
-    EXPECT_EQ(Read(kKey, "Which", KEY_WOW64_32KEY), (Value{REG_DWORD, std::string("\x20\0\0\0", 4)}));
-    EXPECT_EQ(Read(kKey, "Which", KEY_WOW64_64KEY), (Value{REG_DWORD, std::string("\x40\0\0\0", 4)}));
-    EXPECT_EQ(Read(R"(HKEY_LOCAL_MACHINE\SOFTWARE\WOW6432Node\TarnwickDesktopTest)", "Which"),
-              (Value{REG_DWORD, std::string("\x20\0\0\0", 4)}));
+    EXPECT_EQ(ReadRegistryValue(kKey, "Which", KEY_WOW64_32KEY),
+              (RegistryValue{REG_DWORD, std::string("\x20\0\0\0", 4)}));
+    EXPECT_EQ(ReadRegistryValue(kKey, "Which", KEY_WOW64_64KEY),
+              (RegistryValue{REG_DWORD, std::string("\x40\0\0\0", 4)}));
+    EXPECT_EQ(ReadRegistryValue(R"(HKEY_LOCAL_MACHINE\SOFTWARE\WOW6432Node\TarnwickDesktopTest)", "Which"),
+              (RegistryValue{REG_DWORD, std::string("\x20\0\0\0", 4)}));
   }
-  EXPECT_FALSE(KeyExists(kKey, KEY_WOW64_32KEY));
-  EXPECT_FALSE(KeyExists(kKey, KEY_WOW64_64KEY));
+  EXPECT_FALSE(RegistryKeyExists(kKey, KEY_WOW64_32KEY));
+  EXPECT_FALSE(RegistryKeyExists(kKey, KEY_WOW64_64KEY));
 }
 
 TEST(Desktop, TakesAwayOnlyTheKeysAndValuesItMade) {
@@ -218,14 +191,14 @@ TEST(Desktop, TakesAwayOnlyTheKeysAndValuesItMade) {
     inner.Dword(kKey, "Stays", 8);
     inner.String(kKey, "Goes", "x");
     inner.Key(kKey + R"(\Deep\Deeper\)");
-    EXPECT_TRUE(KeyExists(kKey + R"(\Deep\Deeper)"));
+    EXPECT_TRUE(RegistryKeyExists(kKey + R"(\Deep\Deeper)"));
   }
-  EXPECT_EQ(Read(kKey, "Stays"), (Value{REG_SZ, Terminated(L"old")}));
-  EXPECT_TRUE(Read(kKey, "Other"));
-  EXPECT_FALSE(Read(kKey, "Goes"));
-  EXPECT_FALSE(KeyExists(kKey + R"(\Deep)"));
+  EXPECT_EQ(ReadRegistryValue(kKey, "Stays"), (RegistryValue{REG_SZ, Terminated(L"old")}));
+  EXPECT_TRUE(ReadRegistryValue(kKey, "Other"));
+  EXPECT_FALSE(ReadRegistryValue(kKey, "Goes"));
+  EXPECT_FALSE(RegistryKeyExists(kKey + R"(\Deep)"));
   outer.Remove();
-  EXPECT_FALSE(KeyExists(kKey));
+  EXPECT_FALSE(RegistryKeyExists(kKey));
 }
 
 TEST(Desktop, NamesTheKeyOrPathThatItRefuses) {
@@ -255,11 +228,11 @@ TEST(Desktop, IsTakenOverByItsJournal) {
     made = desktop.Made();
     desktop.Keep();
   }
-  EXPECT_TRUE(Exists(kFolder + R"(\a.txt)"));
-  EXPECT_TRUE(Read(kKey, "Kept"));
+  EXPECT_TRUE(PathExists(kFolder + R"(\a.txt)"));
+  EXPECT_TRUE(ReadRegistryValue(kKey, "Kept"));
   Desktop(made).Remove();
-  EXPECT_FALSE(Exists(kFolder));
-  EXPECT_FALSE(KeyExists(kKey));
+  EXPECT_FALSE(PathExists(kFolder));
+  EXPECT_FALSE(RegistryKeyExists(kKey));
 }
 
 TEST(Desktop, MovesTakeTheThingsAlong) {
@@ -269,9 +242,9 @@ TEST(Desktop, MovesTakeTheThingsAlong) {
     first.File(kFolder + R"(\a.txt)");
     second = std::move(first);
   }
-  EXPECT_TRUE(Exists(kFolder + R"(\a.txt)"));
+  EXPECT_TRUE(PathExists(kFolder + R"(\a.txt)"));
   second = Desktop();
-  EXPECT_FALSE(Exists(kFolder));
+  EXPECT_FALSE(PathExists(kFolder));
 }
 
 ExecutableOptions RichOptions() {
@@ -296,7 +269,7 @@ TEST(DesktopExecutable, IsPaddedToItsSizeAndStillRuns) {
   options.size = 1'000'000;
   desktop.Executable(kFolder + R"(\big.exe)", options);
   EXPECT_EQ(std::filesystem::file_size(LongPath(kFolder + R"(\big.exe)")), 1'000'000u);
-  EXPECT_EQ(Content(kFolder + R"(\big.exe)"), ExecutableBytes(options));
+  EXPECT_EQ(ReadBytes(kFolder + R"(\big.exe)"), ExecutableBytes(options));
   EXPECT_EQ(tests::RunProgram(kFolder + R"(\big.exe)", {}).exitCode, 0u);
 }
 

@@ -7,12 +7,10 @@
 #include "inventory/app_queries.h"
 #include "inventory/icons.h"
 #include "support/debug_capture.h"
-#include "support/source_folder.h"
+#include "support/file_bytes.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
-
-#include <fstream>
 
 namespace tarnwick {
 namespace {
@@ -209,8 +207,7 @@ TEST_F(HostAppExplanation, WhatNobodyHasIsSaidSo) {
 
 // The sum of them is the library's own list.
 TEST_F(HostAppExplanation, WhatIsListedIsWhatTheLibraryLists) {
-  std::ifstream file(tests::SourceFolder() + "/desktop/samples/sample-desktop.json", std::ios::binary);
-  ApplyDescription(d, {std::istreambuf_iterator<char>(file), {}});
+  ApplyDescription(d, tests::ReadSource("desktop/samples/sample-desktop.json"));
   std::vector<std::string> listed;
   for (const AppExplanation& app : ExplainApplications("").applications) {
     if (app.verdict == AppVerdict::kListed) listed.push_back(app.name + " " + app.listExecutable);

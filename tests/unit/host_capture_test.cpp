@@ -4,8 +4,8 @@
 #include "common/wide_text.h"
 #include "desktop/description.h"
 #include "host/capture/capture_text.h"
+#include "support/file_bytes.h"
 #include "support/png_pixels.h"
-#include "support/source_folder.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
@@ -13,7 +13,6 @@
 #include <wincrypt.h>
 #include <windows.h>
 #include <algorithm>
-#include <fstream>
 
 namespace tarnwick {
 namespace {
@@ -30,8 +29,7 @@ constexpr char kCatalogue[] = R"(C:\TarnwickDemo\MasterGameList.xml)";
 constexpr char kUninstall[] = R"(HKEY_LOCAL_MACHINE\SOFTWARE\Microsoft\Windows\CurrentVersion\Uninstall\)";
 
 void BuildSample(Desktop& desktop) {
-  std::ifstream file(tests::SourceFolder() + "/desktop/samples/sample-desktop.json", std::ios::binary);
-  ApplyDescription(desktop, {std::istreambuf_iterator<char>(file), {}});
+  ApplyDescription(desktop, tests::ReadSource("desktop/samples/sample-desktop.json"));
 }
 
 void Build(Desktop& desktop, const Json& description) { ApplyDescription(desktop, description.dump()); }
@@ -74,9 +72,7 @@ TEST_F(HostCapture, HasTheCatalogueWhole) {
   BuildSample(desktop_);
   const Json capture = Captured();
   EXPECT_EQ(capture["capture"]["catalogue"], kCatalogue);
-  std::ifstream file(kCatalogue, std::ios::binary);
-  EXPECT_EQ(Item(capture["data"], "path", kCatalogue)["text"],
-            std::string(std::istreambuf_iterator<char>(file), {}));
+  EXPECT_EQ(Item(capture["data"], "path", kCatalogue)["text"], tests::ReadBytes(kCatalogue));
 }
 
 Json GameByValue(const std::string& key) {

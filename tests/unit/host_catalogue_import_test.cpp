@@ -2,14 +2,13 @@
 
 #include "desktop/description.h"
 #include "host/catalogue/merge.h"
-#include "support/source_folder.h"
+#include "support/file_bytes.h"
 #include "support/steam_bytes.h"
 #include "support/steam_world.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <fstream>
 #include <stdexcept>
 
 namespace tarnwick::host {
@@ -144,8 +143,7 @@ TEST(HostCatalogueImport, ResultsThatNoLauncherReportsOrThatTellTooLittleAreCoun
 
 TEST(HostCatalogueImport, TakesWhatTheLaunchersOfADesktopReport) {
   desktop::Desktop world;
-  std::ifstream file(tests::SourceFolder() + "/desktop/samples/sample-desktop.json", std::ios::binary);
-  ApplyDescription(world, {std::istreambuf_iterator<char>(file), {}});
+  ApplyDescription(world, tests::ReadSource("desktop/samples/sample-desktop.json"));
   std::vector<std::string> titles;
   for (const GameSignature& game : ImportInstalled().games) titles.push_back(RecordTitle(game));
   std::ranges::sort(titles);

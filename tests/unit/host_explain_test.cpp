@@ -8,12 +8,11 @@
 #include "host/explain/explanation_json.h"
 #include "host/explain/explanation_text.h"
 #include "host/text_width.h"
-#include "support/source_folder.h"
+#include "support/file_bytes.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
 
-#include <fstream>
 #include <sstream>
 #include <stdexcept>
 
@@ -48,10 +47,7 @@ const StrategyVerdict& VerdictOf(const GameExplanation& game, const std::string&
 
 class HostExplain : public testing::Test {
  protected:
-  void Sample() {
-    std::ifstream file(tests::SourceFolder() + "/desktop/samples/sample-desktop.json", std::ios::binary);
-    ApplyDescription(desktop_, {std::istreambuf_iterator<char>(file), {}});
-  }
+  void Sample() { ApplyDescription(desktop_, tests::ReadSource("desktop/samples/sample-desktop.json")); }
   void Build(const std::string& json) { ApplyDescription(desktop_, json); }
   void Catalogue(const GameList& games) { desktop_.File(kCatalogue, common::CatalogueText(games)); }
 

@@ -9,14 +9,13 @@
 #include "host/icon_scaling.h"
 #include "host/page/report_data.h"
 #include "inventory/png.h"
+#include "support/file_bytes.h"
 #include "support/png_pixels.h"
-#include "support/source_folder.h"
 
 #include <gmock/gmock.h>
 
 #include <nlohmann/json.hpp>
 
-#include <fstream>
 #include <functional>
 #include <string_view>
 
@@ -119,8 +118,7 @@ TEST(HostHtmlPage, OfManyQuestionsTheFirstStandInThePageAndAllAreCounted) {
 class HostHtmlPageOfAScan : public testing::Test {
  protected:
   void SetUp() override {
-    std::ifstream file(tests::SourceFolder() + "/desktop/samples/sample-desktop.json", std::ios::binary);
-    ApplyDescription(desktop_, {std::istreambuf_iterator<char>(file), {}});
+    ApplyDescription(desktop_, tests::ReadSource("desktop/samples/sample-desktop.json"));
   }
 
   desktop::Desktop desktop_;

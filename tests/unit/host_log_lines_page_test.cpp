@@ -1,11 +1,9 @@
 // docs/log-lines.md is held against both ends: the texts of each line that it lists stand in the source that
 // it says writes the line, and those of the driver's lines in the program's source that reads them.
-#include "support/source_folder.h"
+#include "support/file_bytes.h"
 
 #include <gmock/gmock.h>
 
-#include <fstream>
-#include <iterator>
 #include <regex>
 #include <string>
 #include <vector>
@@ -14,12 +12,7 @@ namespace tarnwick::host {
 namespace {
 
 using testing::HasSubstr;
-
-std::string FileText(const std::string& path) {
-  std::ifstream file(tests::SourceFolder() + "/" + path, std::ios::binary);
-  EXPECT_TRUE(file) << path;
-  return {std::istreambuf_iterator<char>(file), {}};
-}
+using tests::ReadSource;
 
 std::vector<std::string> Matches(const std::string& text, const char* pattern) {
   const std::regex regex(pattern);
@@ -43,7 +36,7 @@ struct ListedLine {
 
 // The lines of the tables below a heading or paragraph of the page, up to the next heading.
 std::vector<ListedLine> ListedLines(const std::string& start) {
-  const std::string page = FileText("docs/log-lines.md");
+  const std::string page = ReadSource("docs/log-lines.md");
   const size_t from = page.find(start);
   EXPECT_NE(from, std::string::npos) << start;
   std::vector<ListedLine> listed;
@@ -62,8 +55,8 @@ TEST(HostLogLinesPage, ListsTheDriversLinesAsTheyAreWrittenAndRead) {
   EXPECT_GE(listed.size(), 7u);
   for (const auto& [line, writtenIn] : listed) {
     for (const std::string& text : FixedTexts(line)) {
-      EXPECT_THAT(FileText("src/" + writtenIn), HasSubstr(text)) << line;
-      EXPECT_THAT(FileText("host/scan_report.cpp"), HasSubstr(text)) << line;
+      EXPECT_THAT(ReadSource("src/" + writtenIn), HasSubstr(text)) << line;
+      EXPECT_THAT(ReadSource("host/scan_report.cpp"), HasSubstr(text)) << line;
     }
   }
 }
@@ -74,7 +67,7 @@ TEST(HostLogLinesPage, ListsTheFoundLinesAsTheyAreWritten) {
   for (const auto& [line, writtenIn] : listed) {
     EXPECT_THAT(line, HasSubstr("Found"));
     for (const std::string& text : FixedTexts(line))
-      EXPECT_THAT(FileText("src/" + writtenIn), HasSubstr(text)) << line;
+      EXPECT_THAT(ReadSource("src/" + writtenIn), HasSubstr(text)) << line;
   }
 }
 

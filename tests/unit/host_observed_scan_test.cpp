@@ -5,11 +5,10 @@
 #include "core/scan_json.h"
 #include "desktop/description.h"
 #include "foundation/com_scope.h"
-#include "support/source_folder.h"
+#include "support/file_bytes.h"
 
 #include <gmock/gmock.h>
 
-#include <fstream>
 #include <stdexcept>
 
 namespace tarnwick {
@@ -29,8 +28,7 @@ constexpr char kCatalogue[] = R"(C:\TarnwickDemo\MasterGameList.xml)";
 class HostObservedScan : public testing::Test {
  protected:
   void SetUp() override {
-    std::ifstream file(tests::SourceFolder() + "/desktop/samples/sample-desktop.json", std::ios::binary);
-    ApplyDescription(desktop_, {std::istreambuf_iterator<char>(file), {}});
+    ApplyDescription(desktop_, tests::ReadSource("desktop/samples/sample-desktop.json"));
   }
 
   Desktop desktop_;

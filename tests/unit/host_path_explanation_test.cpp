@@ -3,12 +3,10 @@
 
 #include "desktop/description.h"
 #include "support/debug_capture.h"
-#include "support/source_folder.h"
+#include "support/file_bytes.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
-
-#include <fstream>
 
 namespace tarnwick {
 namespace {
@@ -36,9 +34,8 @@ constexpr char kLantern[] = R"(C:\Games\Lantern Harbour\lantern.exe)";
 class HostPathExplanation : public testing::Test {
  protected:
   static void SetUpTestSuite() {
-    std::ifstream file(tests::SourceFolder() + "/desktop/samples/sample-desktop.json", std::ios::binary);
     desktop_ = std::make_unique<Desktop>();
-    ApplyDescription(*desktop_, {std::istreambuf_iterator<char>(file), {}});
+    ApplyDescription(*desktop_, tests::ReadSource("desktop/samples/sample-desktop.json"));
     desktop_->Executable(R"(C:\Games\Attic\attic.exe)", {{{{{32, 0x3366CC}}}}, {}, 0});
     scan_ = std::make_unique<ObservedScan>(ObserveScan(R"(C:\TarnwickDemo\MasterGameList.xml)", {}));
   }

@@ -17,14 +17,13 @@
 #include "inventory/icons.h"
 #include "launchers/arc_registry_search.h"
 #include "support/debug_capture.h"
+#include "support/file_bytes.h"
 #include "support/locked_path.h"
-#include "support/source_folder.h"
 
 #include <gmock/gmock.h>
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <mutex>
 #include <set>
 
@@ -330,8 +329,7 @@ Told SlowlyHeard(const GameList& games, const std::vector<ScanStrategy>& strateg
 }
 
 TEST_F(MachineObserver, ASlowRecorderHearsFiveStrategiesAtOnceAsEachAlone) {
-  std::ifstream file(tests::SourceFolder() + "/desktop/samples/sample-desktop.json", std::ios::binary);
-  ApplyDescription(d, {std::istreambuf_iterator<char>(file), {}});
+  ApplyDescription(d, tests::ReadSource("desktop/samples/sample-desktop.json"));
   const tests::DebugCapture quiet;
   const GameList games = XmlParser::LoadGameListFromXml(LR"(C:\TarnwickDemo\MasterGameList.xml)");
   std::vector<ScanStrategy> strategies = ScanStrategies();
