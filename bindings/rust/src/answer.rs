@@ -12,18 +12,12 @@ pub(crate) fn read_json<T: DeserializeOwned>(export: &'static str, text: &str) -
 }
 
 /// Asks until the whole text fits. `ask` takes a buffer and its size, and returns the length of the text.
-pub(crate) fn whole_text(
-    export: &'static str,
-    ask: impl FnMut(*mut c_char, c_int) -> c_int,
-) -> Result<String, Error> {
+pub(crate) fn whole_text(export: &'static str, ask: impl FnMut(*mut c_char, c_int) -> c_int) -> Result<String, Error> {
     let bytes = whole_bytes(export, ask)?;
     String::from_utf8(bytes).map_err(|error| Error::NotUtf8 { export, source: error.utf8_error() })
 }
 
-fn whole_bytes(
-    export: &'static str,
-    mut ask: impl FnMut(*mut c_char, c_int) -> c_int,
-) -> Result<Vec<u8>, Error> {
+fn whole_bytes(export: &'static str, mut ask: impl FnMut(*mut c_char, c_int) -> c_int) -> Result<Vec<u8>, Error> {
     let mut size = FIRST_SIZE;
     let mut length = 0;
     for attempt in 1..=ATTEMPTS {

@@ -40,7 +40,7 @@ pub(crate) fn c_wide(text: &str, argument: &'static str) -> Result<Vec<u16>, Err
 /// quotes that reads like a key for that key, so the name, which may be any, comes last.
 pub(crate) fn find_query(requests: &[FindRequest]) -> Result<CString, Error> {
     let objects = requests.iter().map(query_object).collect::<Result<Vec<_>, _>>()?;
-    c_text(&format!("[{}]", objects.join(",")), "requests")
+    c_text(&format!("[{}]", objects.join(",")), "a request")
 }
 
 fn query_object(request: &FindRequest) -> Result<String, Error> {
@@ -51,7 +51,10 @@ fn query_object(request: &FindRequest) -> Result<String, Error> {
     }
     for (argument, text) in [("name", name), ("exe_name", exe_name), ("exe_path", exe_path)] {
         if text.contains(['"', '{', '}']) {
-            return no(argument, "holds a double quote or a brace, which the DLL can't read in a request: leave it out");
+            return no(
+                argument,
+                "holds a double quote or a brace, which the DLL can't read in a request: leave it out",
+            );
         }
     }
     Ok(format!(r#"{{"exeName":"{exe_name}","exePath":"{exe_path}","name":"{name}"}}"#))

@@ -51,3 +51,7 @@ pub use focus_watch::FocusWatch;
 pub use input::FindRequest;
 pub use library::Library;
 pub use results::{Application, Details, FocusChange, Game};
+
+#[cfg(doctest)]
+#[doc = include_str!("../README.md")]
+struct Readme;

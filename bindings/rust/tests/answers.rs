@@ -125,7 +125,7 @@ fn requests_that_the_library_would_misread_are_refused() {
     assert!(refused(request("Foo \"Two\"", "foo.exe", "")).starts_with("name holds a double quote"));
     assert!(refused(request("Foo", "{foo}.exe", "")).starts_with("exe_name holds a double quote or a brace"));
     assert!(refused(request("Foo", "foo.exe", "bin}")).starts_with("exe_path holds"));
-    assert!(refused(request("Foo\0", "foo.exe", "")).starts_with("requests holds a zero character"));
+    assert!(refused(request("Foo\0", "foo.exe", "")).starts_with("a request holds a zero character"));
 }
 
 #[test]
@@ -146,6 +146,8 @@ fn a_report_is_asked_for() {
 #[test]
 fn clones_share_a_library_over_threads() {
     let library = stand_in();
+    // All start before the first is waited for.
+    #[allow(clippy::needless_collect)]
     let threads: Vec<_> = (0..4)
         .map(|_| {
             let library = library.clone();

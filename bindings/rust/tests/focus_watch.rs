@@ -96,7 +96,7 @@ fn a_second_watch_is_refused() {
     let (sender, heard) = channel();
     let library = stand_in();
     let first = watch(&library, sender);
-    for other in [library.clone(), stand_in()] {
+    for other in [library, stand_in()] {
         let error = other.watch_focus(INTERVAL, |_| Continue(())).unwrap_err();
         assert!(matches!(error, Error::WatchRunning));
         assert!(error.to_string().contains("one at a time"));
