@@ -48,10 +48,12 @@ def windows_path(path):
 
 
 def copy_source():
-    """Cargo writes beside what it builds, so it gets a copy, of the same ages, with one lock file and one target."""
+    """Cargo writes beside what it builds, so it gets a copy, with one lock file and one target. Each file is new, since
+    cargo goes by age."""
     for part in ("bindings/rust", "bindings/golden", "examples/rust"):
         shutil.rmtree(SOURCE / part, ignore_errors=True)
-        shutil.copytree(ROOT / part, SOURCE / part, ignore=shutil.ignore_patterns("target", "Cargo.lock"))
+        shutil.copytree(ROOT / part, SOURCE / part, copy_function=shutil.copy,
+                        ignore=shutil.ignore_patterns("target", "Cargo.lock"))
     (SOURCE / "Cargo.toml").write_text('[workspace]\nmembers = ["bindings/rust", "examples/rust"]\n', encoding="utf-8")
     # One that another version of cargo wrote may be unreadable.
     (SOURCE / "Cargo.lock").unlink(missing_ok=True)
@@ -97,12 +99,12 @@ class StandIn(unittest.TestCase):
 
     def test_on_this_machine(self):
         text = cargo("test", "--package", "tarnwick", "--lib", "--tests", TARNWICK_STAND_IN=str(STAND_IN))
-        self.assertGreaterEqual(passed(text), 34, text)
+        self.assertGreaterEqual(passed(text), 35, text)
 
     def test_on_windows(self):
         text = cargo("test", "--package", "tarnwick", "--lib", "--tests", "--target", WINDOWS,
                      TARNWICK_STAND_IN=windows_path(STAND_IN))
-        self.assertGreaterEqual(passed(text), 36, text)
+        self.assertGreaterEqual(passed(text), 37, text)
 
 
 class Crate(unittest.TestCase):

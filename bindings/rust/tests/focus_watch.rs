@@ -4,9 +4,9 @@ mod common;
 
 use common::stand_in;
 use std::ops::ControlFlow::{Break, Continue};
-use std::sync::mpsc::{channel, Receiver, Sender};
+use std::sync::mpsc::{channel, Receiver, RecvTimeoutError, Sender};
 use std::sync::{Arc, Mutex, MutexGuard, PoisonError};
-use std::time::Duration;
+use std::time::{Duration, Instant};
 use tarnwick::{Error, FocusChange, FocusWatch, Library};
 
 const INTERVAL: Duration = Duration::from_millis(50);
@@ -23,16 +23,14 @@ fn next<T>(receiver: &Receiver<T>) -> T {
     receiver.recv_timeout(PATIENCE).expect("nothing was heard")
 }
 
-/// All that comes until nobody is left who could send: the handler is gone, then.
+/// How many come until nobody is left who could send: the handler is gone, then.
 fn rest<T>(receiver: &Receiver<T>) -> usize {
+    let end = Instant::now() + PATIENCE;
     let mut count = 0;
-    loop {
-        match receiver.recv_timeout(PATIENCE) {
-            Ok(_) => count += 1,
-            Err(std::sync::mpsc::RecvTimeoutError::Disconnected) => return count,
-            Err(timeout) => panic!("{timeout}: the handler isn't gone"),
-        }
+    while let Ok(_) | Err(RecvTimeoutError::Timeout) = receiver.recv_timeout(INTERVAL).map(|_| count += 1) {
+        assert!(Instant::now() < end, "the handler isn't gone");
     }
+    count
 }
 
 fn watch(library: &Library, sender: Sender<FocusChange>) -> FocusWatch {
@@ -221,6 +219,26 @@ fn a_handler_may_call_the_library_but_not_watch() {
         .unwrap();
     assert_eq!(next(&heard), (true, 4));
     drop(watch);
+}
+
+#[test]
+fn a_handler_that_dropped_its_watch_may_not_start_another() {
+    let _one = only_one();
+    let (sender, heard) = channel();
+    let library = stand_in();
+    let place: Place = Arc::default();
+    let mut held = place.lock().unwrap();
+    let (handlers_place, inner) = (place.clone(), library.clone());
+    let watch = library.watch_focus(INTERVAL, move |_| {
+        drop(handlers_place.lock().unwrap().take());
+        let another = inner.watch_focus(INTERVAL, |_| Continue(()));
+        sender.send(matches!(another, Err(Error::WatchRunning))).unwrap();
+        Continue(())
+    });
+    *held = Some(watch.unwrap());
+    drop(held);
+    assert!(next(&heard));
+    drop(library.watch_focus(INTERVAL, |_| Continue(())).unwrap());
 }
 
 #[test]
