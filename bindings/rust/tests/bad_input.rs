@@ -21,13 +21,23 @@ fn assert_says(error: &Error, parts: &[&str]) {
     }
 }
 
-/// A file of these bytes in a folder of its own.
-fn file_of(name: &str, bytes: &[u8]) -> PathBuf {
-    let folder = std::env::temp_dir().join(format!("tarnwick-bad-input-{}", std::process::id()));
-    std::fs::create_dir_all(&folder).unwrap();
-    let path = folder.join(name);
-    std::fs::write(&path, bytes).unwrap();
-    path
+/// A file in a folder of its own, which is there as long as this.
+struct OddFile(PathBuf);
+
+impl OddFile {
+    fn new(name: &str, bytes: &[u8]) -> OddFile {
+        let folder = std::env::temp_dir().join(format!("tarnwick-{}-{name}", std::process::id()));
+        std::fs::create_dir_all(&folder).unwrap();
+        let path = folder.join(name);
+        std::fs::write(&path, bytes).unwrap();
+        OddFile(path)
+    }
+}
+
+impl Drop for OddFile {
+    fn drop(&mut self) {
+        std::fs::remove_dir_all(self.0.parent().unwrap()).unwrap();
+    }
 }
 
 /// The stand-in as if it were built for another word size: its header says so.
@@ -80,17 +90,17 @@ fn a_missing_file_is_named() {
 
 #[test]
 fn a_library_of_another_word_size_is_told() {
-    let path = file_of("other-word-size.dll", &of_another_word_size());
-    let error = loading_error(&path);
+    let file = OddFile::new("other-word-size.dll", &of_another_word_size());
+    let error = loading_error(&file.0);
     assert!(matches!(error, Error::WrongBitness { .. }), "{error:?}");
-    assert_says(&error, &["no library for this 64-bit program (x86_64)", path.to_str().unwrap()]);
+    assert_says(&error, &["no library for this 64-bit program (x86_64)", file.0.to_str().unwrap()]);
 }
 
 #[test]
 fn a_file_that_is_no_library_is_told() {
     for bytes in [&b"neither one nor the other, and long enough to have a header of some kind; ".repeat(9)[..], b"MZ"] {
-        let path = file_of("no-library.dll", bytes);
-        let error = loading_error(&path);
+        let file = OddFile::new("no-library.dll", bytes);
+        let error = loading_error(&file.0);
         assert!(matches!(error, Error::WrongBitness { .. }), "{error:?}");
     }
 }
