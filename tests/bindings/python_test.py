@@ -15,7 +15,9 @@ import time
 import unittest
 from unittest import mock
 
-import stand_in
+sys.dont_write_bytecode = True
+
+import stand_in  # noqa: E402
 
 BINDING = stand_in.SOURCE / "bindings" / "python"
 EXAMPLE = stand_in.SOURCE / "examples" / "python" / "example.py"
@@ -133,6 +135,13 @@ class Arguments(BindingTest):
         requests = [GameRequest("größe.exe", name="echo: 雪", exe_path="bin\\x64"), GameRequest("b.exe")]
         self.assertEqual(self.tarnwick.find_games(requests)[0].name,
                          '[{"name":"echo: 雪","exeName":"größe.exe","exePath":"bin\\x64"},{"exeName":"b.exe"}]')
+
+    def test_a_library_in_a_folder_beyond_ascii_is_loaded(self):
+        folder = LIBRARIES / "Größe 雪 🎮"
+        folder.mkdir()
+        shutil.copy(LIBRARIES / stand_in.STAND_IN, folder / "library.so")
+        with Tarnwick(folder / "library.so") as loaded:
+            self.assertEqual(loaded.refresh(), 3)
 
     def test_what_the_library_can_not_take_is_refused(self):
         for call in (lambda: self.tarnwick.scan("a\0b"), lambda: self.tarnwick.scan("half \ud83c"),
