@@ -474,9 +474,9 @@ class FocusWatch:
         self._handler_thread: Optional[int] = None
         self._callback = _FocusCallback(self._hear)  # kept here: native code holds nothing but its address
         _number("interval_ms", interval_ms)
-        # A handler that starts a watch would wait here for a stop that waits for the handler.
+        # Here a handler that starts a watch would wait for a stop that waits for the handler.
         if not FocusWatch._lock.acquire(blocking=not FocusWatch._in_handler()):
-            raise WatchError("The focus watch is being stopped: start the next one outside of its handler.")
+            raise WatchError("The focus watch is being started or stopped: start another one outside of its handler.")
         try:
             self._start(interval_ms)
         finally:
@@ -514,7 +514,8 @@ class FocusWatch:
         atexit.unregister(self.stop)
 
     def _order_to_end(self) -> None:
-        # Where another thread has the lock, it is stopping this watch already, and waits for the handler to return.
+        # Where another thread has the lock, it is stopping this watch already, and waits for the handler to return. It
+        # can't be the start: nobody has this watch before that is done.
         if FocusWatch._lock.acquire(blocking=False):
             try:
                 self._tarnwick._call("StopFocusWatch")

@@ -267,7 +267,7 @@ class Focus(unittest.TestCase):
     def test_a_watch_that_is_started_in_the_handler_during_a_stop_is_refused(self):
         lines = drive("watch-start-in-stop")
         self.assertEqual(lines[0][0], "Watch")
-        self.assertRegex(lines[0][1], "is being stopped")
+        self.assertRegex(lines[0][1], "being started or stopped: start another one")
         self.assertEqual(lines[1:], [["handler ends"], ["stop ends"]])
 
     def test_a_second_watch_is_refused_until_the_first_has_stopped(self):
@@ -321,7 +321,7 @@ class Example(unittest.TestCase):
         self.assertEqual(self.lines("list", "nothing"), [])
 
     def test_watch_tells_the_foreground(self):
-        self.assertEqual(self.lines("watch", "0.5")[0], "4242 game.exe C:\\Games\\game.exe")
+        self.assertEqual(self.lines("watch", "1.5")[0], "4242 game.exe C:\\Games\\game.exe")
 
     def test_an_error_is_one_line(self):
         result = mono("Example.exe", "/nowhere/Tarnwick.dll", "scan")

@@ -300,27 +300,39 @@ class Focus(BindingTest):
         self.assertEqual(self.heard[0], 3)
 
     def test_a_stop_from_within_the_handler_gives_the_order(self):
+        started = threading.Event()
+
         def handler(change):
+            started.wait()
             self.heard.append(change)
             watch.stop()
 
         watch = self.watch(handler)
+        started.set()
         wait_until(lambda: self.heard)
         watch.stop()
         self.assertEqual(len(self.heard), 1)
         with self.watch():
             wait_until(lambda: len(self.heard) > 1)
 
+    def is_stopping(self):
+        free = binding.FocusWatch._lock.acquire(blocking=False)
+        if free:
+            binding.FocusWatch._lock.release()
+        return not free
+
     def stop_beside(self, action):
         """Stops a watch while its handler waits for that, and then does the action."""
-        in_handler = threading.Event()
+        in_handler, started = threading.Event(), threading.Event()
 
         def handler(_):
             in_handler.set()
-            time.sleep(0.2)  # the main thread is in stop() by then
+            started.wait()
+            wait_until(self.is_stopping)
             action(watch)
 
         watch = self.watch(handler)
+        started.set()
         in_handler.wait()
         watch.stop()
         self.assertIsNone(binding.FocusWatch._running)
@@ -331,7 +343,7 @@ class Focus(BindingTest):
 
     def test_a_watch_that_is_started_in_the_handler_during_a_stop_is_refused(self):
         def start(_):
-            with self.assertRaisesRegex(binding.WatchError, "is being stopped"):
+            with self.assertRaisesRegex(binding.WatchError, "being started or stopped: start another one"):
                 self.watch()
             self.heard.append(1)
 
@@ -384,7 +396,7 @@ class Focus(BindingTest):
         program = ("import atexit, sys, time, tarnwick\n"
                    "atexit.register(lambda: print(tarnwick.FocusWatch._running))\n"
                    "tarnwick.Tarnwick(sys.argv[1]).watch_focus(lambda change: print(change.process_id, flush=True), 50)\n"
-                   "time.sleep(0.2)\n")
+                   "time.sleep(1)\n")
         result = subprocess.run([sys.executable, "-c", program, LIBRARIES / stand_in.STAND_IN], cwd=BINDING, timeout=60,
                                 capture_output=True, text=True, check=False)
         self.assertEqual((result.returncode, result.stderr), (0, ""))
@@ -414,7 +426,7 @@ class Example(unittest.TestCase):
         self.assertEqual(self.lines("list", "nothing"), [])
 
     def test_watch_tells_the_foreground(self):
-        self.assertEqual(self.lines("watch", "0.5")[0], "4242 game.exe C:\\Games\\game.exe")
+        self.assertEqual(self.lines("watch", "1.5")[0], "4242 game.exe C:\\Games\\game.exe")
 
     def test_an_error_is_one_line(self):
         result = self.run_example("scan", library="/nowhere/Tarnwick.dll")

@@ -51,9 +51,9 @@ namespace Tarnwick
 
         internal static FocusWatch Start(TarnwickLibrary library, Action<FocusChange> handler, int intervalMs, Action<Exception> onError)
         {
-            // A handler that starts a watch would wait here for a stop that waits for the handler.
+            // Here a handler that starts a watch would wait for a stop that waits for the handler.
             if (!Monitor.TryEnter(Gate, InHandler ? 0 : Timeout.Infinite))
-                throw Refused("The focus watch is being stopped: start the next one outside of its handler.");
+                throw Refused("The focus watch is being started or stopped: start another one outside of its handler.");
             try
             {
                 if (running != null)
@@ -112,7 +112,8 @@ namespace Tarnwick
 
         private void OrderToEnd()
         {
-            // Where another thread has the gate, it is stopping this watch already, and waits for the handler to return.
+            // Where another thread has the gate, it is stopping this watch already, and waits for the handler to return. It
+            // can't be the start: nobody has this watch before that is done.
             if (!Monitor.TryEnter(Gate)) return;
             try
             {

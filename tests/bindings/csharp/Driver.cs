@@ -4,6 +4,7 @@ using System;
 using System.Collections.Generic;
 using System.IO;
 using System.Linq;
+using System.Reflection;
 using System.Text;
 using System.Threading;
 using Tarnwick;
@@ -210,18 +211,30 @@ internal static class Driver
         using (library.WatchFocus(Ignore, 50)) WaitUntilHeard(2);
     }
 
+    private static void WaitUntilStopping()
+    {
+        object gate = typeof(FocusWatch).GetField("Gate", BindingFlags.NonPublic | BindingFlags.Static).GetValue(null);
+        while (Monitor.TryEnter(gate))
+        {
+            Monitor.Exit(gate);
+            Thread.Sleep(5);
+        }
+    }
+
     /// <summary>Stops a watch while its handler waits for that, and then does the action.</summary>
     private static void StopBeside(TarnwickLibrary library, Action<FocusWatch> action)
     {
         FocusWatch watch = null;
-        var inHandler = new ManualResetEvent(false);
+        ManualResetEvent inHandler = new ManualResetEvent(false), started = new ManualResetEvent(false);
         watch = library.WatchFocus(change =>
         {
             inHandler.Set();
-            Thread.Sleep(200);  // the main thread is in Stop by then
+            started.WaitOne();
+            WaitUntilStopping();
             action(watch);
             Print("handler ends");
         }, 50);
+        started.Set();
         inHandler.WaitOne();
         watch.Stop();
         Print("stop ends");
