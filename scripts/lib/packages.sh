@@ -13,7 +13,7 @@ TARNWICK_RUN_PACKAGES=(wine wine64 xvfb)
 # The tests beside that: sanitizers and fuzz targets, benches, the page in a browser, terminals, schemas, the scripts
 # themselves.
 TARNWICK_TEST_PACKAGES=(
-  clang-19 libclang-rt-19-dev clang-format-19 clang-tidy-19 llvm-19 libbenchmark-dev libpugixml-dev
+  clang-19 libclang-rt-19-dev clang-format-19 clang-tidy-19 lld-19 llvm-19 libbenchmark-dev libpugixml-dev
   chromium chromium-driver python3 python3-selenium python3-pyte python3-jsonschema python3-pil python3-yaml
   shellcheck python3-markdown-it python3-mdit-py-plugins
 )
