@@ -83,6 +83,26 @@ class Cpp(Example, unittest.TestCase):
         self.assertIn(r"alone\Tarnwick.dll: there is no such file", result.stderr.decode())
 
 
+class OutOfProcess(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.program = DESKTOP.folder / "out.exe"
+        hosts.compile_host((*hosts.CPP17, "-municode"), hosts.SOURCE / "examples" / "cpp" / "out_of_process.cpp",
+                           cls.program)
+
+    def scan(self, catalogue, seconds, code):
+        return hosts.run(self.program, DESKTOP.bin / "tarnwick.exe", catalogue, seconds, code=code)
+
+    def test_the_answer_of_a_scan_in_time(self):
+        self.assertEqual(json.loads(self.scan(hosts.CATALOGUE, 60, 0)), program_rows("scan", hosts.CATALOGUE))
+
+    def test_a_scan_that_takes_longer_is_ended(self):
+        self.assertEqual(self.scan(hosts.CATALOGUE, 0, 3), "")
+
+    def test_a_scan_that_fails(self):
+        self.assertEqual(self.scan(r"C:\no catalogue.xml", 60, 1), "")
+
+
 if __name__ == "__main__":
     if len(sys.argv) < 2:
         sys.exit(__doc__)
