@@ -5,7 +5,8 @@
  *   example apps              the installed applications, as one line of JSON
  *   example watch SECONDS     a line for each process that comes to the foreground
  *
- * Compile it with mingw-w64, where `include` and `lib` are the package's folders, and put Tarnwick.dll beside it:
+ * Compile it with mingw-w64, where `include` and `lib` are the package's folders, and put Tarnwick.dll beside
+ * it:
  *
  *   x86_64-w64-mingw32-gcc -std=c99 -I include example.c -o example.exe -L lib -lTarnwick
  */
@@ -23,8 +24,8 @@ static int ListApplications(const char* unused, char* buffer, int size) {
   return IA_GetAppsJsonAll(NULL, buffer, size);
 }
 
-/* The whole answer, which the caller frees; null where memory runs out, or the answer keeps growing. A buffer that is
-   too small costs the whole call once more, so the first one is large. */
+/* The whole answer, which the caller frees; null where memory runs out, or the answer keeps growing. A buffer
+   that is too small costs the whole call once more, so the first one is large. */
 static char* WholeAnswer(Call call, const char* argument) {
   int size = 4 << 20;
   for (int attempt = 0; attempt < 4; ++attempt) {
@@ -66,7 +67,8 @@ static int Watch(const char* seconds) {
 
 int main(int count, char** arguments) {
   SetConsoleOutputCP(CP_UTF8);
-  /* These arguments are in the ANSI code page. A host hands over UTF-8, so that a path may hold any letter. */
+  /* These arguments are in the ANSI code page. A host hands over UTF-8, so that a path may hold any letter.
+   */
   if (count == 3 && strcmp(arguments[1], "scan") == 0)
     return PrintAnswer(IA_RunMultiPlatformGameScanJson, arguments[2]);
   if (count == 2 && strcmp(arguments[1], "apps") == 0) return PrintAnswer(ListApplications, NULL);

@@ -4,8 +4,8 @@
 //   example apps              the installed applications, as one line of JSON
 //   example watch SECONDS     a line for each process that comes to the foreground
 //
-// Compile it with mingw-w64, where `include` is the package's folder, and put Tarnwick.dll beside it; there is nothing
-// to link:
+// Compile it with mingw-w64, where `include` is the package's folder, and put Tarnwick.dll beside it; there
+// is nothing to link:
 //
 //   x86_64-w64-mingw32-g++-posix -std=c++17 -static -I include example.cpp -o example.exe
 
@@ -26,8 +26,8 @@ void Watch(const tarnwick::Library& library, const std::string& seconds) {
   Sleep(static_cast<DWORD>(std::stoul(seconds)) * 1000);
 }
 
-// False where the arguments are none of those above. They are in the ANSI code page: a host hands over UTF-8, so
-// that a path may hold any letter.
+// False where the arguments are none of those above. They are in the ANSI code page: a host hands over UTF-8,
+// so that a path may hold any letter.
 bool Run(const tarnwick::Library& library, const std::string& command, const std::string& argument) {
   if (command == "scan" && !argument.empty())
     std::cout << library.Scan(argument) << '\n';

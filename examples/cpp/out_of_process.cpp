@@ -1,5 +1,5 @@
-// A scan in a process of its own, with a time limit: for hosts that must be able to call it off, are 32-bit, or want
-// nothing of a scan's memory and faults in their own process. Needs no header of Tarnwick's.
+// A scan in a process of its own, with a time limit: for hosts that must be able to call it off, are 32-bit,
+// or want nothing of a scan's memory and faults in their own process. Needs no header of Tarnwick's.
 //
 //   out_of_process TARNWICK.EXE CATALOGUE SECONDS
 //

@@ -1,20 +1,21 @@
 #ifndef TARNWICK_TARNWICK_HPP
 #define TARNWICK_TARNWICK_HPP
 
-// Tarnwick for hosts in C++17: loads Tarnwick.dll at run time, without its import library, hands its answers over
-// as std::string, and watches the foreground with an object that stops in its destructor. Needs tarnwick.h beside
-// it, the standard library and windows.h, and nothing to link.
+// Tarnwick for hosts in C++17: loads Tarnwick.dll at run time, without its import library, hands its answers
+// over as std::string, and watches the foreground with an object that stops in its destructor. Needs
+// tarnwick.h beside it, the standard library and windows.h, and nothing to link.
 //
 //   const tarnwick::Library library(tarnwick::PathBesideProgram());
 //   const std::string games = library.Scan("C:\\Host\\MasterGameList.xml");
 //
-// Texts are UTF-8, in both directions; paths of the library itself are wide. Answers are JSON, whose shapes tarnwick.h
-// tells and docs/schemas describes. This header doesn't parse it.
+// Texts are UTF-8, in both directions; paths of the library itself are wide. Answers are JSON, whose shapes
+// tarnwick.h tells and docs/schemas describes. This header doesn't parse it.
 //
-// What goes wrong in loading and calling is thrown as tarnwick::Error. What goes wrong in the library itself is
-// an empty list or object, as tarnwick.h tells. Besides, std::bad_alloc where memory runs out.
+// What goes wrong in loading and calling is thrown as tarnwick::Error. What goes wrong in the library itself
+// is an empty list or object, as tarnwick.h tells. Besides, std::bad_alloc where memory runs out.
 //
-// Includes windows.h without its `min` and `max` and its rarer parts; a host that wants those includes it first.
+// Includes windows.h without its `min` and `max` and its rarer parts; a host that wants those includes it
+// first.
 
 #ifndef NOMINMAX
 #define NOMINMAX
@@ -177,8 +178,8 @@ inline std::shared_ptr<const Module> Load(std::wstring path) {
 
 }  // namespace detail
 
-// The full path of a file in the folder of this process's program: for hosts that ship Tarnwick.dll beside their
-// own executable.
+// The full path of a file in the folder of this process's program: for hosts that ship Tarnwick.dll beside
+// their own executable.
 inline std::wstring PathBesideProgram(const std::wstring& fileName = L"Tarnwick.dll") {
   std::wstring path(MAX_PATH, L'\0');
   for (;;) {
@@ -191,13 +192,13 @@ inline std::wstring PathBesideProgram(const std::wstring& fileName = L"Tarnwick.
   }
 }
 
-// Room for a thousand games with their icons: a call whose answer doesn't fit does all of its work once more.
+// Room for some 90 games with icons of 45 KB. A call whose answer doesn't fit does all of its work once more.
 inline constexpr std::size_t kFirstBufferBytes = std::size_t{4} << 20;
 inline constexpr int kAttempts = 4;
 
-// Calls `fill(buffer, size)`, an export that answers by tarnwick.h's "Answers in buffers", until its answer fits:
-// first with kFirstBufferBytes, then with room for the length that it returned. An answer can grow between two
-// calls. Throws kKeptGrowing where that happens kAttempts times on end, or kTooLong.
+// Calls `fill(buffer, size)`, an export that answers by tarnwick.h's "Answers in buffers", until its answer
+// fits: first with kFirstBufferBytes, then with room for the length that it returned. An answer can grow
+// between two calls. Throws kKeptGrowing where that happens kAttempts times on end, or kTooLong.
 template <class Fill>
 std::string WholeAnswer(const Fill& fill) {
   std::size_t size = kFirstBufferBytes;
@@ -217,9 +218,9 @@ std::string WholeAnswer(const Fill& fill) {
                                        std::to_string(kAttempts) + " calls; try again later");
 }
 
-// Tarnwick.dll, loaded. Copies share it, and it is unloaded with the last of them and of their watches. A call may
-// come from any thread, from several at once too; tarnwick.h tells which of them wait for each other. Close is for
-// the one thread that uses this copy. Make no Library, and let none go, in a DllMain.
+// Tarnwick.dll, loaded. Copies share it, and it is unloaded with the last of them and of their watches. A
+// call may come from any thread, from several at once too; tarnwick.h tells which of them wait for each
+// other. Close is for the one thread that uses this copy. Make no Library, and let none go, in a DllMain.
 class Library {
  public:
   // `path` is a full one; see PathBesideProgram. Throws kNoFullPath, kMissing, kWrongKind, kNotLoaded or
@@ -231,8 +232,9 @@ class Library {
   bool IsOpen() const noexcept { return module_ != nullptr; }
 
   // The installed games of a catalogue, and what the launchers report by themselves: an array of objects with
-  // the texts "name", "loc", "icon", "launchUrl" and "exeName". Empty stands for MasterGameList_decrypted.xml or
-  // MasterGameList.xml in the current directory. Takes seconds, or minutes; runs alone; can't be called off.
+  // the texts "name", "loc", "icon", "launchUrl" and "exeName". Empty stands for MasterGameList_decrypted.xml
+  // or MasterGameList.xml in the current directory. Takes seconds, or minutes; runs alone; can't be called
+  // off.
   std::string Scan(const std::string& catalogue = {}) const {
     return Answer(Exports().IA_RunMultiPlatformGameScanJson, catalogue.c_str());
   }
@@ -240,7 +242,8 @@ class Library {
   // The search as a report in the debug output, by MasterGameList.xml in the current directory.
   void Report() const { Exports().RunMultiPlatformGameScan(); }
 
-  // One executable: an object with the texts "name", "ico", "exepath" and "exe"; empty where there is no file.
+  // One executable: an object with the texts "name", "ico", "exepath" and "exe"; empty where there is no
+  // file.
   std::string GameDetails(const std::string& executable) const {
     return Answer(Exports().IA_GetGameDetailsByPathJson, executable.c_str());
   }
@@ -248,9 +251,9 @@ class Library {
   // Reads the list of installed applications anew. How many there are; 0 after a failure too.
   std::int32_t Refresh() const { return Exports().IA_RefreshCache(); }
 
-  // A page of the installed applications, counted from 1: an array of objects with the texts "name", "publisher",
-  // "version", "loc", "date" and "icon", and the number "sizeKB" in kilobytes. `filter` is part of a name or
-  // publisher, in any letter case; empty keeps all.
+  // A page of the installed applications, counted from 1: an array of objects with the texts "name",
+  // "publisher", "version", "loc", "date" and "icon", and the number "sizeKB" in kilobytes. `filter` is part
+  // of a name or publisher, in any letter case; empty keeps all.
   std::string Applications(std::int32_t page, std::int32_t pageSize, const std::string& filter = {}) const {
     return Answer(Exports().IA_GetAppsJson, page, pageSize, detail::Wide(filter).c_str());
   }
@@ -261,8 +264,8 @@ class Library {
   }
 
   // Given games, looked up among the applications. `request` is such as
-  // [{"name":"Foo","exeName":"foo.exe","exePath":"bin"}]; the answer has the form of Applications, and one object
-  // for each game that was found.
+  // [{"name":"Foo","exeName":"foo.exe","exePath":"bin"}]; the answer has the form of Applications, and one
+  // object for each game that was found.
   std::string FindGames(const std::string& request) const {
     return Answer(Exports().IA_FindGamesJson, request.c_str());
   }
@@ -291,7 +294,8 @@ class Library {
   std::shared_ptr<const detail::Module> module_;
 };
 
-// The process that came to the foreground. Both texts are empty where it can't be opened, such as an elevated one.
+// The process that came to the foreground. Both texts are empty where it can't be opened, such as an elevated
+// one.
 struct ForegroundProcess {
   std::string fileName;
   std::uint32_t processId = 0;
@@ -370,15 +374,16 @@ inline void Vacate(const Watch* watch) noexcept {
 
 }  // namespace detail
 
-// Calls a handler with each process that comes to the foreground, first with the present one, from construction
-// to Stop or destruction. Keeps the library loaded for that time. There is one at a time in a process.
+// Calls a handler with each process that comes to the foreground, first with the present one, from
+// construction to Stop or destruction. Keeps the library loaded for that time. There is one at a time in a
+// process.
 //
-// The handler runs on a thread of the library's, never twice at once, from before the constructor returns. It may call
-// any function of Library. What it throws ends there: it isn't called again, and Failure has the exception. Changes
-// of the foreground go unseen while it runs.
+// The handler runs on a thread of the library's, never twice at once, from before the constructor returns. It
+// may call any function of Library. What it throws ends there: it isn't called again, and Failure has the
+// exception. Changes of the foreground go unseen while it runs.
 //
-// Stop and the destructor wait for a handler that is running. So the handler must not wait for the thread that
-// stops: not by a lock that this thread holds, and not by a message or a task that it has yet to serve.
+// Stop and the destructor wait for a handler that is running. So the handler must not wait for the thread
+// that stops: not by a lock that this thread holds, and not by a message or a task that it has yet to serve.
 class FocusWatch {
  public:
   // Looks at the foreground every `intervalMs` milliseconds; below 50 it is every 200. Throws kClosed, or
@@ -390,8 +395,8 @@ class FocusWatch {
     watch_->module->functions.StartFocusWatch(intervalMs);
   }
 
-  // Stops. Within the handler it can't wait for the thread: the library stays loaded then until another FocusWatch
-  // is made, or the process ends.
+  // Stops. Within the handler it can't wait for the thread: the library stays loaded then until another
+  // FocusWatch is made, or the process ends.
   ~FocusWatch() {
     Stop();
     if (watch_->module != nullptr) watch_->abandoned = true;
@@ -399,9 +404,9 @@ class FocusWatch {
   FocusWatch(const FocusWatch&) = delete;
   FocusWatch& operator=(const FocusWatch&) = delete;
 
-  // The handler isn't called any more when this returns: up to one interval and the running handler later. Within
-  // the handler it returns at once, the handler isn't called again, and the library logs that it couldn't wait; the
-  // destructor, or Stop on another thread, does that. For one thread at a time.
+  // The handler isn't called any more when this returns: up to one interval and the running handler later.
+  // Within the handler it returns at once, the handler isn't called again, and the library logs that it
+  // couldn't wait; the destructor, or Stop on another thread, does that. For one thread at a time.
   void Stop() noexcept {
     if (watch_->module == nullptr) return;
     watch_->silenced = true;

@@ -1,5 +1,5 @@
-// The header for hosts in C++, compiled as C++17 as they may do: on the built library, and on a stand-in with the
-// same exports and fixed answers, which can also fail in ways that the library doesn't.
+// The header for hosts in C++, compiled as C++17 as they may do: on the built library, and on a stand-in with
+// the same exports and fixed answers, which can also fail in ways that the library doesn't.
 #include "tarnwick/tarnwick.hpp"
 
 #include "common/wide_text.h"
@@ -123,8 +123,8 @@ TEST(CppHeader, NamesTheExportThatIsMissingAndUnloadsWhatLacksIt) {
   EXPECT_FALSE(IsLoaded(MissingExportPath()));
 }
 
-// What the library imports comes from Windows alone: not from the folder of the program, where a plain load would
-// look first, nor from the library's own.
+// What the library imports comes from Windows alone: not from the folder of the program, where a plain load
+// would look first, nor from the library's own.
 TEST(CppHeader, LoadsNothingElseOfTheFoldersAround) {
   std::string bytes = ReadBytes(Narrow(StandInPath()));
   const std::string own = bytes;
