@@ -11,7 +11,6 @@
 #include "host/html_page.h"
 #include "host/presentation.h"
 #include "host/tables.h"
-#include "tarnwick/tarnwick.h"
 
 namespace tarnwick::host {
 namespace {
@@ -26,7 +25,8 @@ bool WantsAll(const Options& options) {
 bool Exists(const std::wstring& filter, uint64_t number) {
   constexpr int32_t kLengthOfEmptyList = 2;
   if (number > uint64_t{std::numeric_limits<int32_t>::max()}) return false;
-  return IA_GetAppsJson(static_cast<int32_t>(number), 1, filter.c_str(), nullptr, 0) > kLengthOfEmptyList;
+  return TheLibrary().Exports().IA_GetAppsJson(static_cast<int32_t>(number), 1, filter.c_str(), nullptr, 0) >
+         kLengthOfEmptyList;
 }
 
 // These calls are left out of the log, which shows the one call that was asked for.
@@ -42,7 +42,7 @@ ApplicationCounts Count(const Options& options, uint64_t shown) {
         CountItems(shown > 0 ? before + shown : 0, [&](uint64_t number) { return Exists(filter, number); });
   }
   // The library doesn't tell how many of those without an executable a filter would keep.
-  if (options.filter.empty()) counts.cached = static_cast<uint64_t>(IA_RefreshCache());
+  if (options.filter.empty()) counts.cached = static_cast<uint64_t>(TheLibrary().Refresh());
   return counts;
 }
 
@@ -69,11 +69,10 @@ void WritePage(const Options& options, const std::string& json) {
 }  // namespace
 
 int RunApps(const Options& options) {
-  const std::wstring filter = Widen(options.filter);
   const bool all = WantsAll(options);
-  const std::string json = CallWithLog(options, [&](char* buffer, int size) {
-    return all ? IA_GetAppsJsonAll(filter.c_str(), buffer, size)
-               : IA_GetAppsJson(options.page, options.pageSize, filter.c_str(), buffer, size);
+  const std::string json = CallWithLog(options, [&](const Library& library) {
+    return all ? library.AllApplications(options.filter)
+               : library.Applications(options.page, options.pageSize, options.filter);
   });
   Rows rows = RowsFromJson(json);
   const bool table = options.format == Format::kTable;

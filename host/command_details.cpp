@@ -7,7 +7,6 @@
 #include "host/commands.h"
 #include "host/console.h"
 #include "host/text_table.h"
-#include "tarnwick/tarnwick.h"
 
 namespace tarnwick::host {
 namespace {
@@ -26,9 +25,8 @@ std::string WithoutIcon(Rows details) {
 }  // namespace
 
 int RunDetails(const Options& options) {
-  const std::string json = CallWithLog(options, [&](char* buffer, int size) {
-    return IA_GetGameDetailsByPathJson(options.input.c_str(), buffer, size);
-  });
+  const std::string json =
+      CallWithLog(options, [&](const Library& library) { return library.GameDetails(options.input); });
   const Rows details = Rows::parse(json, nullptr, false);
   if (!details.is_object() || details.empty())
     throw std::runtime_error("there is no such file: " + options.input);

@@ -11,7 +11,6 @@
 #include "host/find_request.h"
 #include "host/presentation.h"
 #include "host/tables.h"
-#include "tarnwick/tarnwick.h"
 
 namespace tarnwick::host {
 namespace {
@@ -20,8 +19,10 @@ namespace {
 // are left out of the log, which shows the one call that was asked for.
 void TellOfUnmatched(const FindRequest& request) {
   constexpr int32_t kLengthOfEmptyList = 2;
+  const Functions& exports = TheLibrary().Exports();
   for (const RequestEntry& entry : request.entries) {
-    if (!entry.asks || IA_FindGamesJson(entry.text.c_str(), nullptr, 0) > kLengthOfEmptyList) continue;
+    if (!entry.asks || exports.IA_FindGamesJson(entry.text.c_str(), nullptr, 0) > kLengthOfEmptyList)
+      continue;
     ReportLine(entry.label + ": no installed application has it");
   }
 }
@@ -37,9 +38,8 @@ void WriteTable(const Options& options, const std::string& json, size_t entries)
 
 int RunFind(const Options& options) {
   const FindRequest request = ReadFindRequest(options.input);
-  const std::string json = CallWithLog(options, [&](char* buffer, int size) {
-    return IA_FindGamesByFile(options.input.c_str(), buffer, size);
-  });
+  const std::string json =
+      CallWithLog(options, [&](const Library& library) { return library.FindGamesInFile(options.input); });
   for (const std::string& line : IgnoredEntries(request)) ReportLine(line);
   Rows rows = RowsFromJson(json);
   const size_t found = rows.size();

@@ -20,12 +20,13 @@ size_t TableWidth(const Options& options);
 // the list formats.
 void WriteRows(const Options& options, Rows rows, const Members& members);
 
-// CallWithGrowingBuffer with the library's log going where the options send it.
-template <class Fill>
-std::string CallWithLog(const Options& options, const Fill& fill) {
+// What `call(library)` answers, with the library's log going where the options send it.
+template <class Call>
+std::string CallWithLog(const Options& options, const Call& call) {
+  const Library& library = TheLibrary();
   LogOutput log(options);
   const LogCapture capture([&](const LogEntry& entry) { log.Write(entry); });
-  return CallWithGrowingBuffer(fill);
+  return call(library);
 }
 
 }  // namespace tarnwick::host

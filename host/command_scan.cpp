@@ -12,7 +12,6 @@
 #include "host/presentation.h"
 #include "host/scan_listener.h"
 #include "host/tables.h"
-#include "tarnwick/tarnwick.h"
 
 namespace tarnwick::host {
 namespace {
@@ -23,14 +22,15 @@ struct Scan {
 };
 
 Scan RunTheScan(const Options& options) {
+  const Functions& exports = TheLibrary().Exports();
   ScanListener listener(options);
   Scan scan;
   {
     const LogCapture capture([&](const LogEntry& entry) { listener.Hear(entry); });
     const char* catalogue = options.catalogue.empty() ? nullptr : options.catalogue.c_str();
-    scan.json = CallWithGrowingBuffer([&](char* buffer, int size) {
+    scan.json = WholeAnswer([&](char* buffer, int size) {
       listener.BeginAnew();
-      return IA_RunMultiPlatformGameScanJson(catalogue, buffer, size);
+      return exports.IA_RunMultiPlatformGameScanJson(catalogue, buffer, size);
     });
   }
   scan.report = listener.Report();

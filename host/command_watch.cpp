@@ -9,12 +9,12 @@
 
 #include "host/commands.h"
 #include "host/console.h"
+#include "host/library_call.h"
 #include "host/log_capture.h"
 #include "host/log_output.h"
 #include "host/output_file.h"
 #include "host/text_table.h"
 #include "host/text_width.h"
-#include "tarnwick/tarnwick.h"
 
 namespace tarnwick::host {
 namespace {
@@ -23,22 +23,20 @@ const std::vector<Column> kColumns = {
     {"PID", Cut::kEnd, 2, 8, 5}, {"NAME", Cut::kEnd, 1, 16, 8}, {"EXECUTABLE", Cut::kMiddle, 0, 24, 12}};
 const std::vector<size_t> kUsualWidths = {8, 32, 1};
 
-// The callback and the console's handler take no context.
-bool g_asJson = false;
-HANDLE g_stop = nullptr;
-std::exception_ptr g_failure;
+HANDLE g_stop = nullptr;  // the console's handler takes no context
 
-std::string JsonLine(const char* fileName, uint32_t processId, const char* fullPath) {
-  const nlohmann::json line = {{"exe", fileName}, {"pid", processId}, {"path", fullPath}};
+std::string JsonLine(const ForegroundProcess& process) {
+  const nlohmann::json line = {
+      {"exe", process.fileName}, {"pid", process.processId}, {"path", process.fullPath}};
   return line.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
 }
 
 // The lines come one by one, so their columns don't depend on each other's texts: on a terminal they have
 // what room there is, elsewhere a longer text makes its own line longer.
-std::string TextLine(const char* fileName, uint32_t processId, const char* fullPath) {
-  const std::string pid = std::to_string(processId);
+std::string TextLine(const ForegroundProcess& process) {
+  const std::string pid = std::to_string(process.processId);
   const Row row = {std::string(kUsualWidths[0] - std::min(kUsualWidths[0], pid.size()), ' ') + pid,
-                   *fileName != '\0' ? fileName : "(not to be opened)", fullPath};
+                   process.fileName.empty() ? "(not to be opened)" : process.fileName, process.fullPath};
   const size_t width = TerminalWidth();
   std::vector<size_t> widths = kUsualWidths;
   if (width > 0) {
@@ -49,15 +47,13 @@ std::string TextLine(const char* fileName, uint32_t processId, const char* fullP
   return FormatRow(kColumns, row, FittedWidths(kColumns, widths, width), width);
 }
 
-// Nothing may be thrown into the library's thread: what goes wrong ends the watch, and is told then.
-void OnFocus(const char* fileName, uint32_t processId, const char* fullPath) noexcept {
-  if (g_failure) return;
+// What goes wrong ends the watch, which keeps it.
+void WriteLine(const ForegroundProcess& process, bool asJson) {
   try {
-    WriteStandardOutput(g_asJson ? JsonLine(fileName, processId, fullPath)
-                                 : TextLine(fileName, processId, fullPath));
+    WriteStandardOutput(asJson ? JsonLine(process) : TextLine(process));
   } catch (...) {
-    g_failure = std::current_exception();
     SetEvent(g_stop);
+    throw;
   }
 }
 
@@ -66,27 +62,29 @@ BOOL WINAPI OnConsoleEvent(DWORD) {
   return TRUE;
 }
 
-void WatchUntilStopped(const Options& options) {
+// What went wrong in writing, or null.
+std::exception_ptr WatchUntilStopped(const Options& options) {
+  const bool asJson = options.format == Format::kJson;
+  const Library& library = TheLibrary();
   LogOutput log(options);
   const LogCapture capture([&](const LogEntry& entry) { log.Write(entry); });
   SetConsoleCtrlHandler(OnConsoleEvent, TRUE);
-  SetFocusCallbackEx(OnFocus);
-  StartFocusWatch(options.intervalMs);
+  FocusWatch watch(
+      library, [asJson](const ForegroundProcess& process) { WriteLine(process, asJson); },
+      options.intervalMs);
   WaitForSingleObject(g_stop, options.durationMs > 0 ? static_cast<DWORD>(options.durationMs) : INFINITE);
-  StopFocusWatch();
-  SetFocusCallbackEx(nullptr);
+  watch.Stop();
   SetConsoleCtrlHandler(OnConsoleEvent, FALSE);
+  return watch.Failure();
 }
 
 }  // namespace
 
 int RunWatch(const Options& options) {
-  g_asJson = options.format == Format::kJson;
   const std::unique_ptr<void, HandleCloser> stop(CreateEventW(nullptr, TRUE, FALSE, nullptr));
   if (stop == nullptr) throw std::runtime_error("can't watch: " + SystemErrorText(GetLastError()));
   g_stop = stop.get();
-  WatchUntilStopped(options);
-  if (g_failure) std::rethrow_exception(g_failure);
+  if (const std::exception_ptr failure = WatchUntilStopped(options)) std::rethrow_exception(failure);
   return kExitSuccess;
 }
 

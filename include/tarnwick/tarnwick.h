@@ -4,7 +4,9 @@
 /*
  * Tarnwick: which games and applications are installed on this Windows desktop, and which process holds the
  * foreground. Compiles as C and as C++. Eleven functions, exported under their plain names; load them from
- * Tarnwick.dll at run time, or link its import library.
+ * Tarnwick.dll at run time, by its full path, or link its import library. tarnwick.hpp does the former for
+ * hosts in C++17. For 64-bit programs (x64) only; docs/hosting.md tells what others do, and all else that a
+ * host should know.
  *
  * Texts. Narrow texts are UTF-8, zero-terminated, in both directions; wide texts are UTF-16. Paths may hold
  * any characters. The JSON answers are UTF-8 without blanks between their parts; non-ASCII characters stand
@@ -17,12 +19,15 @@
  *     terminating zero. The cut falls where it falls, inside an object or a multi-byte character too: a
  *     result of `size` or more means that the text was cut and is no valid JSON.
  *   - With a null buffer, or a size below 1, nothing is written. The work is done all the same, so asking
- *     for the length first costs the whole call. Icons make these texts large; a few megabytes is a good
- *     first guess.
+ *     for the length first costs the whole call, and so does a buffer that is too small. Icons make these
+ *     texts large: some 45 KB for each object, 352 KB at most. 64 KB for each object that is expected, and
+ *     4 MiB at least, is a good first size.
  *   - A failure is answered with an empty array or object, "[]" or "{}", and 2. There are no error codes: 2
  *     is also the answer of a machine that has nothing to report. What went wrong stands in the debug output
  *     (below). These two texts want a buffer of 3 bytes or more; a smaller one receives an empty text at
  *     most.
+ * A text can grow between two calls: give up after a few. The library keeps no pointer to what it was given
+ * behind the end of a call (but the focus callback), and hands out no memory that a host would have to free.
  *
  * Failures. No C++ exception leaves any of these functions. Structured exceptions are caught as well by
  * IA_RunMultiPlatformGameScanJson, IA_RefreshCache, IA_GetAppsJson, IA_GetAppsJsonAll, IA_FindGamesJson and
@@ -36,7 +41,8 @@
  *   - the API lock: IA_RunMultiPlatformGameScanJson, IA_RefreshCache and IA_GetAppsJsonAll run one at a time;
  *   - the cache lock: IA_RefreshCache and the four calls that read the list of applications (IA_GetAppsJson,
  *     IA_GetAppsJsonAll, IA_FindGamesJson, IA_FindGamesByFile) run one at a time, icons included.
- * RunMultiPlatformGameScan, IA_GetGameDetailsByPathJson and the focus watch take neither.
+ * RunMultiPlatformGameScan, IA_GetGameDetailsByPathJson and the focus watch take neither. No call can be
+ * called off, and none has a time limit; a scan in a process of its own (tarnwick.exe) can be ended with it.
  *
  * The log is the Windows debug output (OutputDebugString), and nothing else: lines that begin "[Tarnwick".
  *
@@ -187,8 +193,10 @@ TARNWICK_API void StartFocusWatch(int32_t intervalMs);
 
 /*
  * Stops the watch and waits for its thread: up to one interval and the running callback. Returns at once if
- * none runs. From within the callback it only gives the order to end: the thread ends by itself afterwards,
- * and another thread must call StopFocusWatch once more before the next start and before unloading.
+ * none runs. Neither the callback nor anything that it waits for may wait for the thread that is in this
+ * call: both would wait for ever. From within the callback it only gives the order to end: the thread ends by
+ * itself afterwards, and another thread must call StopFocusWatch once more before the next start and before
+ * unloading.
  */
 TARNWICK_API void StopFocusWatch(void);
 

@@ -57,6 +57,18 @@ TEST(HostProgram, HelpAndVersionEndWithCode0) {
   EXPECT_THAT(version.output, StartsWith("tarnwick "));
 }
 
+TEST(HostProgram, NamesTheLibraryThatIsMissingBesideIt) {
+  const std::string alone = kFolder + R"(\allein Ä\tarnwick.exe)";
+  desktop::Desktop world;
+  world.File(alone, ReadBytes(TestProgramFolder() + kProgram));
+  const ProgramResult result = RunProgram(alone, {"apps"});
+  EXPECT_EQ(result.exitCode, 1u);
+  EXPECT_EQ(result.output, "");
+  EXPECT_THAT(result.errors,
+              StartsWith("tarnwick: " + kFolder + R"(\allein Ä\Tarnwick.dll: there is no such file)"));
+  EXPECT_EQ(RunProgram(alone, {"--version"}).exitCode, 0u) << "what doesn't ask the library needs none";
+}
+
 TEST(HostProgram, AWrongArgumentIsExplainedAndEndsWithCode2) {
   const std::vector<std::vector<std::string>> wrong = {{},
                                                        {"bogus"},
