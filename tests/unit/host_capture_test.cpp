@@ -6,6 +6,7 @@
 #include "host/capture/capture_text.h"
 #include "support/png_pixels.h"
 #include "support/source_folder.h"
+#include "tarnwick/version.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
