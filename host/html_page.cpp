@@ -2,6 +2,7 @@
 
 #include "host/icon_scaling.h"
 #include "host/page/report_data.h"
+#include "tarnwick/version.h"
 
 #include <fmt/format.h>
 

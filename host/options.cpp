@@ -13,6 +13,7 @@
 #include "host/console.h"
 #include "host/edit_distance.h"
 #include "host/failure.h"
+#include "tarnwick/version.h"
 
 namespace tarnwick::host {
 namespace {

@@ -7,6 +7,7 @@
 
 #include "common/wide_text.h"
 #include "foundation/text.h"
+#include "tarnwick/version.h"
 
 namespace tarnwick::host {
 namespace {

@@ -13,18 +13,27 @@
 
 #include <exception>
 #include <optional>
-#include <regex>
 
 namespace tarnwick {
 namespace {
 
 const std::string kPrefix = "[BethesdaRegistry]";
+const std::string kUninstallUri = "bethesdanet://uninstall/";
 const std::string kLauncherKey = R"(HKEY_LOCAL_MACHINE\SOFTWARE\Bethesda Softworks\Bethesda.net)";
 
-bool IsLauncherRecord(const RegistryValues& record, const std::regex& uninstallUri) {
+// A URI is its beginning and at least one digit. It may stand anywhere: launchers put their own path before it, or
+// quotes around it.
+bool HoldsUninstallUri(const std::string& text) {
+  for (size_t at = text.find(kUninstallUri); at != std::string::npos; at = text.find(kUninstallUri, at + 1)) {
+    const size_t digit = at + kUninstallUri.size();
+    if (digit < text.size() && text[digit] >= '0' && text[digit] <= '9') return true;
+  }
+  return false;
+}
+
+bool IsLauncherRecord(const RegistryValues& record) {
   const auto uninstall = record.find("UninstallString");
-  // Unanchored: launchers put their own path before the URI, or quotes around it.
-  return uninstall != record.end() && std::regex_search(uninstall->second, uninstallUri) &&
+  return uninstall != record.end() && HoldsUninstallUri(uninstall->second) &&
          HasValues(record, {"Path", "ProductID", "DisplayName"});
 }
 
@@ -65,10 +74,9 @@ bool IsBethesdaLauncherInstalled() {
 std::vector<BethesdaGameEntry> GetBethesdaGamesFromRegistry() {
   std::vector<BethesdaGameEntry> entries;
   LogExceptions(kPrefix + " Error reading Bethesda registry: ", [&] {
-    const std::regex uninstallUri(R"(bethesdanet://uninstall/\d+)");
     for (const std::string& name : EnumRegistrySubKeys(kUninstallKey, RegistryView::k32)) {
       const RegistryValues record = EnumRegistryValues(UninstallRecordKey(name), RegistryView::k32);
-      if (IsLauncherRecord(record, uninstallUri)) AppendEntry(entries, UninstallRecordKey(name), record);
+      if (IsLauncherRecord(record)) AppendEntry(entries, UninstallRecordKey(name), record);
     }
   });
   return entries;

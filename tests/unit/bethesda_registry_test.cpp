@@ -151,7 +151,9 @@ TEST_F(BethesdaRegistryTest, FillsEveryFieldOfAnEntry) {
 TEST_F(BethesdaRegistryTest, FindsTheUriAnywhereInTheUninstallString) {
   for (const std::string uninstall :
        {"\"bethesdanet://uninstall/8\"", R"("C:\Launcher\BethesdaNetLauncher.exe" bethesdanet://uninstall/8)",
-        "bethesdanet://uninstall/8?keep=1", "bethesdanet://uninstall/123456789012345678901234567890"}) {
+        "bethesdanet://uninstall/8?keep=1", "bethesdanet://uninstall/x bethesdanet://uninstall/0",
+        "bethesdanet://uninstall/bethesdanet://uninstall/9",
+        "bethesdanet://uninstall/123456789012345678901234567890"}) {
     Game("Doom");
     Value("Doom", "UninstallString", uninstall);
     EXPECT_EQ(GetBethesdaGamesFromRegistry().size(), 1u) << uninstall;
@@ -160,8 +162,9 @@ TEST_F(BethesdaRegistryTest, FindsTheUriAnywhereInTheUninstallString) {
 
 TEST_F(BethesdaRegistryTest, PassesOverOtherUninstallStrings) {
   for (const std::string uninstall :
-       {"bethesdanet://uninstall/", "bethesdanet://uninstall/x8", "BethesdaNet://uninstall/8",
-        "bethesdanet://run/8", "bethesdanet:/uninstall/8", "", "8"}) {
+       {"bethesdanet://uninstall/", "bethesdanet://uninstall/x8", "bethesdanet://uninstall//8",
+        "bethesdanet://uninstall/:", "8bethesdanet://uninstall/bethesdanet://uninstall",
+        "BethesdaNet://uninstall/8", "bethesdanet://run/8", "bethesdanet:/uninstall/8", "", "8"}) {
     Game("Doom");
     Value("Doom", "UninstallString", uninstall);
     EXPECT_THAT(GetBethesdaGamesFromRegistry(), IsEmpty()) << uninstall;

@@ -6,6 +6,7 @@
 #include "host/capture/capture_text.h"
 #include "support/file_bytes.h"
 #include "support/png_pixels.h"
+#include "tarnwick/version.h"
 
 #include <gmock/gmock.h>
 #include <nlohmann/json.hpp>
