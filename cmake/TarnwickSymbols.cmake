@@ -1,6 +1,6 @@
 # A release's programs bear no symbols: what a debugger wants lies beside each as PROGRAM.debug, which gdb finds by itself.
 set(TARNWICK_SYMBOLS_APART OFF)
-if(MINGW AND TARNWICK_SPLIT_SYMBOLS AND CMAKE_BUILD_TYPE STREQUAL "Release")
+if(MINGW AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND TARNWICK_SPLIT_SYMBOLS AND CMAKE_BUILD_TYPE STREQUAL "Release")
   set(TARNWICK_SYMBOLS_APART ON)
   # For the folders whose objects are shipped: function names and lines, which is what a stack trace wants.
   set(TARNWICK_DEBUG_INFORMATION $<$<COMPILE_LANGUAGE:C,CXX>:-g1>)
