@@ -8,6 +8,7 @@
 #include "host/commands.h"
 #include "host/console.h"
 #include "host/failure.h"
+#include "host/fleet/lines.h"
 #include "host/html_page.h"
 #include "host/presentation.h"
 #include "host/tables.h"
@@ -71,6 +72,7 @@ void WritePage(const Options& options, const std::string& json) {
 int RunApps(const Options& options) {
   const std::wstring filter = Widen(options.filter);
   const bool all = WantsAll(options);
+  const LineOrigin origin = OriginOfRun(options);
   const std::string json = CallWithLog(options, [&](char* buffer, int size) {
     return all ? IA_GetAppsJsonAll(filter.c_str(), buffer, size)
                : IA_GetAppsJson(options.page, options.pageSize, filter.c_str(), buffer, size);
@@ -80,7 +82,9 @@ int RunApps(const Options& options) {
   ApplicationCounts counts;
   if (table || (rows.empty() && options.page > 1)) counts = Count(options, rows.size());
   TellOfMissingPage(options, counts);
-  if (IsListFormat(options.format))
+  if (options.format == Format::kNdjson)
+    WriteLines(options, std::move(rows), kApplicationLines, origin);
+  else if (IsListFormat(options.format))
     WriteRows(options, std::move(rows), all ? kAllApplicationMembers : kApplicationMembers);
   else if (table)
     WriteTable(options, json, counts);
