@@ -8,6 +8,7 @@
 #include "host/commands.h"
 #include "host/console.h"
 #include "host/failure.h"
+#include "host/fleet/lines.h"
 #include "host/html_page.h"
 #include "host/presentation.h"
 #include "host/tables.h"
@@ -70,6 +71,7 @@ void WritePage(const Options& options, const std::string& json) {
 
 int RunApps(const Options& options) {
   const bool all = WantsAll(options);
+  const LineOrigin origin = OriginOfRun(options);
   const std::string json = CallWithLog(options, [&](const Library& library) {
     return all ? library.AllApplications(options.filter)
                : library.Applications(options.page, options.pageSize, options.filter);
@@ -79,7 +81,9 @@ int RunApps(const Options& options) {
   ApplicationCounts counts;
   if (table || (rows.empty() && options.page > 1)) counts = Count(options, rows.size());
   TellOfMissingPage(options, counts);
-  if (IsListFormat(options.format))
+  if (options.format == Format::kNdjson)
+    WriteLines(options, std::move(rows), kApplicationLines, origin);
+  else if (IsListFormat(options.format))
     WriteRows(options, std::move(rows), all ? kAllApplicationMembers : kApplicationMembers);
   else if (table)
     WriteTable(options, json, counts);

@@ -8,6 +8,8 @@
 #include "host/commands.h"
 #include "host/console.h"
 #include "host/explain/observed_scan.h"
+#include "host/fleet/game_sizes.h"
+#include "host/fleet/lines.h"
 #include "host/html_page.h"
 #include "host/presentation.h"
 #include "host/scan_listener.h"
@@ -51,16 +53,22 @@ void WriteTable(const Options& options, const Scan& scan) {
   WriteResult(options.output, text);
 }
 
+void WriteList(const Options& options, const Scan& scan, const LineOrigin& origin) {
+  Rows rows = RowsFromJson(scan.json);
+  AddLaunchers(rows, scan.report);
+  if (options.format != Format::kNdjson) return WriteRows(options, std::move(rows), kGameMembers);
+  AddSizes(rows);
+  WriteLines(options, std::move(rows), kGameLines, origin);
+}
+
 int WriteGames(const Options& options, const std::string& catalogue) {
+  const LineOrigin origin = OriginOfRun(options);
   const Scan scan = RunTheScan(options);
   CheckScan(options, catalogue, scan.report.fellBack, scan.report.gamesInCatalogue);
-  if (options.format == Format::kTable) {
+  if (options.format == Format::kTable)
     WriteTable(options, scan);
-  } else {
-    Rows rows = RowsFromJson(scan.json);
-    AddLaunchers(rows, scan.report);
-    WriteRows(options, std::move(rows), kGameMembers);
-  }
+  else
+    WriteList(options, scan, origin);
   return kExitSuccess;
 }
 

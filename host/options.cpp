@@ -18,6 +18,9 @@
 namespace tarnwick::host {
 namespace {
 
+// What help calls the value of an option that names a file; shells complete it as one.
+constexpr const char* kFile = "FILE";
+
 constexpr int32_t kNoLimit = std::numeric_limits<int32_t>::max();
 
 using FormatNames = std::map<std::string, Format>;
@@ -66,6 +69,10 @@ CLI::Validator WholeNumber(int32_t least, int32_t most = kNoLimit) {
       "");
 }
 
+CLI::Validator NotEmpty() {
+  return CLI::Validator([](std::string& text) { return std::string(text.empty() ? "is empty" : ""); }, "");
+}
+
 void AddFormat(CLI::App& command, Options& options, const FormatNames& formats) {
   command
       .add_option_function<std::string>(
@@ -77,11 +84,12 @@ void AddFormat(CLI::App& command, Options& options, const FormatNames& formats) 
 
 void AddLog(CLI::App& command, Options& options) {
   command.add_flag("--log", options.log, "Show the library's log on the standard error");
-  command.add_option("--log-file", options.logFile, "Write the library's log to this file");
+  command.add_option("--log-file", options.logFile, "Write the library's log to this file")->type_name(kFile);
 }
 
 void AddOutput(CLI::App& command, Options& options) {
-  command.add_option("-o,--output", options.output, "Write to this file instead of the standard output");
+  command.add_option("-o,--output", options.output, "Write to this file instead of the standard output")
+      ->type_name(kFile);
   AddLog(command, options);
 }
 
@@ -92,6 +100,18 @@ void AddIcons(CLI::App& command, Options& options, bool page) {
       .add_option("--icon-size", options.iconSize,
                   "Icons of a page, in pixels from 16 to 256 (" + std::to_string(kDefaultIconSize) + ")")
       ->check(WholeNumber(16, 256));
+}
+
+// For lists as lines, which somebody gathers from many machines.
+void AddLines(CLI::App& command, Options& options) {
+  command.add_flag("--icons", options.icons, "Icons in ndjson, too; without it they are empty there")
+      ->excludes(command.get_option("--no-icons"));
+  CLI::Option* machine =
+      command
+          .add_option("--machine", options.machine, "The machine's name in ndjson, in place of Windows' own")
+          ->check(NotEmpty());
+  command.add_flag("--no-machine", options.noMachine, "Leave the machine's name in ndjson empty")
+      ->excludes(machine);
 }
 
 void AddCatalogueArgument(CLI::App& command, Options& options) {
@@ -106,6 +126,7 @@ void AddScan(CLI::App& app, Options& options) {
   AddCatalogueArgument(*scan, options);
   AddFormat(*scan, options, kAnyFormat);
   AddIcons(*scan, options, true);
+  AddLines(*scan, options);
   AddOutput(*scan, options);
 }
 
@@ -120,6 +141,7 @@ void AddApps(CLI::App& app, Options& options) {
   apps->callback([&options, page, size] { options.pageAsked = page->count() + size->count() > 0; });
   AddFormat(*apps, options, kAnyFormat);
   AddIcons(*apps, options, true);
+  AddLines(*apps, options);
   AddOutput(*apps, options);
 }
 
@@ -141,15 +163,13 @@ void AddLookups(CLI::App& app, Options& options) {
 
 void AddExplain(CLI::App& app, Options& options) {
   CLI::App* explain = app.add_subcommand("explain", "Tell why a game or an application is found or isn't");
-  const CLI::Validator notEmpty([](std::string& text) { return std::string(text.empty() ? "is empty" : ""); },
-                                "");
   CLI::Option* name = explain->add_option("NAME-OR-PATH", options.input,
                                           "The game's name or a part of it, or an executable or folder");
   explain->add_option("CATALOGUE", options.catalogue, "The catalogue file, as for scan");
   CLI::Option* application =
       explain->add_option("--app", options.application, "An installed application's name or a part of it");
-  name->check(notEmpty)->excludes(application);
-  application->check(notEmpty);
+  name->check(NotEmpty())->excludes(application);
+  application->check(NotEmpty());
   explain->callback([name, application] {
     if (name->count() + application->count() == 0) throw CLI::RequiredError("NAME-OR-PATH or --app");
   });
@@ -175,12 +195,12 @@ void AddCheckAndFix(CLI::App& catalogue, Options& options) {
   check->add_flag("--strict", options.strict, "Take warnings for errors");
   CLI::App* fix = catalogue.add_subcommand("fix", "Write a catalogue anew, with what can be mended mended");
   fix->add_option("FILE", options.input, "The catalogue to read")->required();
-  fix->add_option("-o,--output", options.output, "The file to write")->required();
+  fix->add_option("-o,--output", options.output, "The file to write")->type_name(kFile)->required();
 }
 
 void AddCatalogueRecords(CLI::App& catalogue, Options& options) {
   const auto addOutput = [&](CLI::App* step) {
-    step->add_option("-o,--output", options.output, "The file to write")->required();
+    step->add_option("-o,--output", options.output, "The file to write")->type_name(kFile)->required();
   };
   CLI::App* fromCsv = catalogue.add_subcommand("from-csv", "Write a catalogue of comma-separated values");
   fromCsv->add_option("FILE", options.input, "The file to read; its header names the elements")->required();
@@ -209,7 +229,8 @@ void AddCatalogueImport(CLI::App& catalogue, Options& options) {
   CLI::App* steam = import->add_subcommand("steam", "Of every game that the local Steam knows");
   CLI::App* installed = import->add_subcommand("installed", "Of the games that launchers report here");
   for (CLI::App* step : {steam, installed}) {
-    step->add_option("-o,--output", options.output, "Write to this file instead of the standard output");
+    step->add_option("-o,--output", options.output, "Write to this file instead of the standard output")
+        ->type_name(kFile);
     AddFormat(*step, options, kCatalogueFormats);
     AddLog(*step, options);
   }
@@ -226,7 +247,7 @@ void AddCatalogue(CLI::App& app, Options& options) {
     CLI::App* step =
         catalogue->add_subcommand(name, std::string("Write the ") + name + "ed form of a catalogue");
     step->add_option("FILE", options.input, "The catalogue to read")->required();
-    step->add_option("-o,--output", options.output, "The file to write")->required();
+    step->add_option("-o,--output", options.output, "The file to write")->type_name(kFile)->required();
   }
 }
 
@@ -234,7 +255,8 @@ void AddCapture(CLI::App& app, Options& options) {
   CLI::App* capture =
       app.add_subcommand("capture", "Write down what a scan of this machine sees, to look at elsewhere");
   AddCatalogueArgument(*capture, options);
-  CLI::Option* output = capture->add_option("-o,--output", options.output, "The file to write");
+  CLI::Option* output =
+      capture->add_option("-o,--output", options.output, "The file to write")->type_name(kFile);
   capture->add_flag("--list", options.list, "List what would be written, and write no capture");
   capture->add_flag("--with-apps", options.withApps, "Take the applications that are no games, too");
   capture->callback([&options, output] {
@@ -243,10 +265,30 @@ void AddCapture(CLI::App& app, Options& options) {
   AddLog(*capture, options);
 }
 
+void AddDiff(CLI::App& app, Options& options) {
+  CLI::App* diff =
+      app.add_subcommand("diff", "Tell which games were added, removed or moved between two scans");
+  diff->add_option("OLD", options.input, "The older scan, as --format json or ndjson wrote it")->required();
+  diff->add_option("NEW", options.secondInput, "The newer scan")->required();
+  AddFormat(*diff, options, kTextOrJson);
+}
+
+void AddManuals(CLI::App& app, Options& options) {
+  CLI::App* completion = app.add_subcommand("completion", "Print what lets a shell complete command lines");
+  completion->add_option("SHELL", options.input, "The shell")
+      ->required()
+      ->transform(CLI::IsMember(std::vector<std::string>{"bash", "powershell"}, CLI::ignore_case));
+  app.add_subcommand("manual", "Print this program's manual page, for man");
+}
+
 std::string ChosenCommand(const CLI::App& app) {
   const CLI::App* chosen = app.get_subcommands().front();
-  while (!chosen->get_subcommands().empty()) chosen = chosen->get_subcommands().front();
-  return chosen->get_name();
+  std::string words = chosen->get_name();
+  while (!chosen->get_subcommands().empty()) {
+    chosen = chosen->get_subcommands().front();
+    words += " " + chosen->get_name();
+  }
+  return words;
 }
 
 // The subcommand that was probably meant, or an empty text.
@@ -297,8 +339,9 @@ int ExplainParseError(const CLI::App& app, const std::vector<std::string>& argum
 
 }  // namespace
 
-bool ParseOptions(const std::vector<std::string>& arguments, Options& options, int& exitCode) {
-  CLI::App app("Tarnwick: what is installed on this desktop, and what is in the foreground.", "tarnwick");
+void DefineCommandLine(CLI::App& app, Options& options) {
+  app.name("tarnwick");
+  app.description("Tarnwick: what is installed on this desktop, and what is in the foreground.");
   app.set_version_flag("--version", "tarnwick " TARNWICK_VERSION);
   // An argument that begins with a slash is a path, as it is under Wine and in many a shell on Windows.
   app.allow_windows_style_options(false);
@@ -307,10 +350,17 @@ bool ParseOptions(const std::vector<std::string>& arguments, Options& options, i
   AddScan(app, options);
   AddApps(app, options);
   AddLookups(app, options);
+  AddDiff(app, options);
   AddExplain(app, options);
   AddWatch(app, options);
   AddCatalogue(app, options);
   AddCapture(app, options);
+  AddManuals(app, options);
+}
+
+bool ParseOptions(const std::vector<std::string>& arguments, Options& options, int& exitCode) {
+  CLI::App app;
+  DefineCommandLine(app, options);
   try {
     // The parser takes its arguments last first.
     app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));

@@ -10,6 +10,7 @@
 #include "common/wide_text.h"
 #include "foundation/machine/folders.h"
 #include "host/capture/private_things.h"
+#include "host/machine_name.h"
 
 namespace tarnwick::host {
 namespace {
@@ -22,13 +23,6 @@ std::string Variable(const char* name) {
   const DWORD length =
       GetEnvironmentVariableW(common::Wide(name).c_str(), text.data(), static_cast<DWORD>(text.size()));
   return length < text.size() ? common::Narrow(std::wstring(text.data(), length)) : std::string();
-}
-
-std::string MachineName(COMPUTER_NAME_FORMAT format) {
-  std::vector<wchar_t> name(1024);
-  auto length = static_cast<DWORD>(name.size());
-  return GetComputerNameExW(format, name.data(), &length) ? common::Narrow(std::wstring(name.data(), length))
-                                                          : std::string();
 }
 
 std::string LogonName() {

@@ -22,15 +22,6 @@
 namespace tarnwick::host {
 namespace {
 
-void RefuseLargeFile(const std::string& path) {
-  std::error_code none;
-  const auto size = std::filesystem::file_size(Widen(path), none);
-  if (none || size <= kMostFileBytes) return;
-  throw std::runtime_error(
-      fmt::format("{} has {} MB, more than the {} MB that are read; name a list of games", path, size >> 20,
-                  kMostFileBytes >> 20));
-}
-
 void CheckWritable(const GameSignature& game, size_t number) {
   for (const CatalogueElement& element : common::CatalogueElements()) {
     const std::string text = common::ElementText(game, element);
@@ -43,6 +34,15 @@ void CheckWritable(const GameSignature& game, size_t number) {
 }
 
 }  // namespace
+
+void RefuseLargeFile(const std::string& path) {
+  std::error_code none;
+  const auto size = std::filesystem::file_size(Widen(path), none);
+  if (none || size <= kMostFileBytes) return;
+  throw std::runtime_error(
+      fmt::format("{} has {} MB, more than the {} MB that are read; name a list of games", path, size >> 20,
+                  kMostFileBytes >> 20));
+}
 
 GameList ReadCatalogueRecords(const std::string& path) {
   RefuseLargeFile(path);

@@ -11,6 +11,9 @@ namespace tarnwick::host {
 // Larger files are refused before they are read: 20,000 games take some 10 MB.
 inline constexpr size_t kMostFileBytes = size_t{256} << 20;
 
+// Throws std::runtime_error with the file's name where it is larger. A file that isn't there passes.
+void RefuseLargeFile(const std::string& path);
+
 // The records of a catalogue, plain or enciphered, as the library reads them. Reports in one line if it doesn't
 // read all that the file means to say. Throws std::runtime_error with the file's name where there are none.
 GameList ReadCatalogueRecords(const std::string& path);

@@ -193,14 +193,18 @@ def cell(value):
 
 
 class Program(unittest.TestCase):
-    def check_list(self, name, *command):
-        """The list in every format: JSON fits its schema, and the others hold the same rows. Returns the rows."""
+    def check_list(self, name, *command, lines=None):
+        """The list in every format: JSON fits its schema, and the others hold the same rows. Returns the rows.
+        `lines` are the schema and its definition of lines that tell of their origin."""
         text = tarnwick(*command, "--format", "json")
         rows = json.loads(text)
         self.assertEqual(text.count("\n"), 1)
         check(rows, schema(name))
         self.assertGreater(len(rows), 0)
-        self.check_lines(name, rows, tarnwick(*command, "--format", "ndjson"))
+        if lines:
+            self.check_fleet_lines(*lines, rows, tarnwick(*command, "--format", "ndjson"))
+        else:
+            self.check_lines(name, rows, tarnwick(*command, "--format", "ndjson"))
         self.check_cells(name, rows, tarnwick(*command, "--format", "csv"))
         refuses_spoilt(self, rows, schema(name))
         return rows
@@ -214,6 +218,21 @@ class Program(unittest.TestCase):
         self.assertEqual([list(line) for line in lines], [list(row) for row in rows])
         refuses_spoilt(self, lines[0], item_schema(name))
 
+    def check_fleet_lines(self, name, definition, rows, text):
+        """Each line holds a row, without its icon, and its origin behind; the last one is the end."""
+        *lines, end = [json.loads(line) for line in text.split("\n")[:-1]]
+        for line in [*lines, end]:
+            check(line, schema(name))
+        bare = [{**row, "icon": ""} for row in rows]
+        self.assertEqual([{member: line[member] for member in rows[0]} for line in lines], bare)
+        self.assertEqual([list(line)[:len(rows[0])] for line in lines], [list(row) for row in rows])
+        origin = {member: end[member] for member in ("form", "time", "machine")}
+        self.assertEqual([{member: line[member] for member in origin} for line in lines], [origin] * len(rows))
+        self.assertEqual(end["lines"], len(rows))
+        parts = {"$defs": schema(name)["$defs"]}
+        refuses_spoilt(self, lines[0], {**parts, "$ref": f"#/$defs/{definition}"})
+        refuses_spoilt(self, end, schema(name))
+
     def check_cells(self, name, rows, text):
         self.assertFalse(text.startswith("\ufeff"))
         self.assertTrue(text.endswith("\r\n"))
@@ -223,20 +242,48 @@ class Program(unittest.TestCase):
         self.assertEqual(cells, [[cell(row[member]) for member in members] for row in rows])
 
     def test_scan(self):
-        rows = self.check_list("program-scan", "scan", CATALOGUE)
+        rows = self.check_list("program-scan", "scan", CATALOGUE, lines=("scan-line", "game"))
         found_by = {row["name"]: (row["launcher"], row["foundBy"]) for row in rows}
         self.assertEqual(found_by["Kiteborne"], ("Steam", "Steam Games Scan"))
         self.assertTrue(all(row["icon"] for row in rows))
-        bare = self.check_list("program-scan", "scan", CATALOGUE, "--no-icons")
+        bare = self.check_list("program-scan", "scan", CATALOGUE, "--no-icons", lines=("scan-line", "game"))
         self.assertEqual(bare, [{**row, "icon": ""} for row in rows])
 
     def test_apps(self):
-        page = self.check_list("applications", "apps", "--page-size", "3")
+        page = self.check_list("applications", "apps", "--page-size", "3", lines=("apps-line", "pageApplication"))
         self.assertEqual(len(page), 3)
-        every = self.check_list("all-applications", "apps", "--all")
+        every = self.check_list("all-applications", "apps", "--all", lines=("apps-line", "application"))
         self.assertGreater(len(every), 5)
-        bare = self.check_list("all-applications", "apps", "--all", "--no-icons")
+        bare = self.check_list("all-applications", "apps", "--all", "--no-icons", lines=("apps-line", "application"))
         self.assertEqual(bare, [{**row, "icon": ""} for row in every])
+
+    def test_lines_have_icons_and_no_machine_where_that_was_asked_for(self):
+        lines = tarnwick("scan", CATALOGUE, "--format", "ndjson", "--icons", "--no-machine").splitlines()
+        *games, end = map(json.loads, lines)
+        self.assertTrue(all(game["icon"] for game in games))
+        self.assertEqual({line["machine"] for line in [*games, end]}, {""})
+        named = json.loads(tarnwick("apps", "--format", "ndjson", "--machine", "asset 12").splitlines()[-1])
+        self.assertEqual(named["machine"], "asset 12")
+
+    def test_a_diff_of_two_scans(self):
+        old, new = (pathlib.Path(FOLDER.name) / name for name in ("old.json", "new.ndjson"))
+        tarnwick("scan", CATALOGUE, "--format", "ndjson", "-o", new)
+        rows = json.loads(tarnwick("scan", CATALOGUE, "--format", "json", "--no-icons"))
+        self.assertEqual(rows[0]["launchUrl"], "")
+        rows[0]["loc"] = r"C:\Elsewhere\game.exe"
+        gone = {"name": "Gone", "loc": "", "launchUrl": "", "launcher": "GOG"}
+        old.write_text(json.dumps([*rows[:-1], gone]), encoding="utf-8")
+        result = start(TARNWICK, "diff", old, new, "--format", "json")
+        self.assertEqual((result.returncode, result.stderr), (1, b""))
+        difference = json.loads(result.stdout)
+        check(difference, schema("scan-difference"))
+        names = {part: [game["name"] for game in difference[part]] for part in ("added", "removed", "moved")}
+        self.assertEqual(names, {"added": [rows[-1]["name"]], "removed": ["Gone"], "moved": [rows[0]["name"]]})
+        self.assertEqual(difference["moved"][0]["from"], rows[0]["loc"])
+        refuses_spoilt(self, difference, schema("scan-difference"))
+        for definition, part in (("scan", difference["new"]), ("game", difference["added"][0]),
+                                 ("movedGame", difference["moved"][0])):
+            refuses_spoilt(self, part, {"$defs": schema("scan-difference")["$defs"], "$ref": f"#/$defs/{definition}"})
 
     def test_find(self):
         rows = self.check_list("applications", "find", request_file())
@@ -331,7 +378,8 @@ class Program(unittest.TestCase):
     def test_empty_lists_have_the_shape_of_full_ones(self):
         nothing = ("apps", "--filter", "no application of this name")
         self.assertEqual(tarnwick(*nothing, "--format", "json"), "[]\n")
-        self.assertEqual(tarnwick(*nothing, "--format", "ndjson"), "")
+        end = json.loads(tarnwick(*nothing, "--format", "ndjson"))
+        self.assertEqual((end["kind"], end["lines"]), ("apps", 0))
         members = list(schema("applications")["$defs"]["application"]["properties"])
         self.assertEqual(tarnwick(*nothing, "--format", "csv"), ",".join(members) + "\r\n")
 

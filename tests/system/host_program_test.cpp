@@ -10,10 +10,12 @@
 
 #include <filesystem>
 #include <fstream>
+#include <regex>
 
 namespace tarnwick::tests {
 namespace {
 
+using testing::AllOf;
 using testing::AnyOf;
 using testing::EndsWith;
 using testing::HasSubstr;
@@ -162,20 +164,83 @@ TEST(HostProgram, RecordsThatTheLibraryDoesNotReadGiveAWarningAndTheScanGoesOn) 
   EXPECT_EQ(result.output, "[]\n");
 }
 
+// A scan's lines with the one thing in them that changes, the time, taken out.
+std::string Timeless(const std::string& lines) {
+  return std::regex_replace(lines, std::regex(R"("time":"[^"]*")"), "\"time\":\"\"");
+}
+
 TEST(HostProgram, ScanWritesLinesAndCommaSeparatedValues) {
   const desktop::Desktop world = OneGame();
+  const std::string game =
+      R"({"name":"Ночной Рейс","loc":"C:\\TarnwickTest\\Host\\Ночной Рейс\\run.exe","icon":"",)"
+      R"("launchUrl":"","exeName":"run.exe","launcher":"Installed","foundBy":"Default Registry Scan")";
   const std::string lines =
-      RunProgram(kProgram, {"scan", kCatalogue, "--format", "ndjson", "--no-icons"}).output;
-  EXPECT_EQ(lines,
-            R"({"name":"Ночной Рейс","loc":"C:\\TarnwickTest\\Host\\Ночной Рейс\\run.exe","icon":"",)"
-            R"("launchUrl":"","exeName":"run.exe","launcher":"Installed","foundBy":"Default Registry Scan"})"
-            "\n");
+      RunProgram(kProgram, {"scan", kCatalogue, "--format", "ndjson", "--machine", "Стол 7"}).output;
+  const std::string origin = R"("form":1,"time":"","machine":"Стол 7")";
+  EXPECT_THAT(Timeless(lines), StartsWith(game + R"(,"sizeKB":null,"kind":"game",)" + origin + "}\n" +
+                                          R"({"kind":"scan",)" + origin + R"(,"lines":1,"program":")"));
   EXPECT_EQ(RunProgram(kProgram, {"scan", kCatalogue, "--format", "json", "--no-icons"}).output,
-            "[" + lines.substr(0, lines.size() - 1) + "]\n");
+            "[" + game + "}]\n");
   EXPECT_EQ(RunProgram(kProgram, {"scan", kCatalogue, "--format", "csv", "--no-icons"}).output,
             "name,loc,icon,launchUrl,exeName,launcher,foundBy\r\n"
             "Ночной Рейс,C:\\TarnwickTest\\Host\\Ночной Рейс\\run.exe,,,run.exe,Installed,Default Registry "
             "Scan\r\n");
+}
+
+TEST(HostProgram, ASteamGamesSizeIsTheManifests) {
+  const std::string library = kFolder + R"(\Библиотека)";
+  const std::string program = library + R"(\steamapps\common\Wren\wren.exe)";
+  desktop::Desktop world;
+  world.Executable(program);
+  world.String(R"(HKEY_LOCAL_MACHINE\SOFTWARE\TarnwickHostTest)", "InstallLocation", program);
+  world.File(library + R"(\steamapps\appmanifest_70.acf)",
+             "\"AppState\"\n{\n\t\"SizeOnDisk\"\t\t\"4097\"\n}\n");
+  world.File(kCatalogue,
+             "<A><GameSignature><DisplayName>Wren</DisplayName>"
+             "<RegistryKey>HKEY_LOCAL_MACHINE\\SOFTWARE\\TarnwickHostTest</RegistryKey>"
+             "<DefaultExe>wren.exe</DefaultExe><LaunchUrl>steam://run/70</LaunchUrl></GameSignature></A>");
+  EXPECT_THAT(RunProgram(kProgram, {"scan", kCatalogue, "--format", "ndjson"}).output,
+              HasSubstr(R"("sizeKB":5,"kind":"game")"));
+}
+
+TEST(HostProgram, DiffAnswersAsDiffDoes) {
+  desktop::Desktop world = OneGame();
+  const std::string old = kFolder + R"(\old.json)";
+  const std::string now = kFolder + R"(\now.ndjson)";
+  world.File(old, R"([{"name":"Wren","loc":"C:\\wren.exe","launchUrl":"","launcher":"GOG"},)"
+                  R"({"name":"Ночной Рейс","loc":"C:\\run.exe","launchUrl":"","launcher":"Installed"}])");
+  world.File(now, RunProgram(kProgram, {"scan", kCatalogue, "--format", "ndjson"}).output);
+  const ProgramResult differ = RunProgram(kProgram, {"diff", old, now});
+  EXPECT_EQ(differ.exitCode, 1u);
+  EXPECT_EQ(differ.output, "- Wren (GOG)  C:\\wren.exe\n~ Ночной Рейс (Installed)  C:\\run.exe -> " +
+                               kFolder + "\\Ночной Рейс\\run.exe\n");
+  EXPECT_EQ(differ.errors, "");
+  const ProgramResult same = RunProgram(kProgram, {"diff", now, now});
+  EXPECT_EQ(same.exitCode, 0u);
+  EXPECT_EQ(same.output, "");
+}
+
+TEST(HostProgram, ADiffOfWhatCanNotBeReadEndsWithCode2AndThePlace) {
+  desktop::Desktop world = OneGame();
+  const std::string cut = kFolder + R"(\cut.json)";
+  world.File(cut, "[\n{\"name\":");
+  const ProgramResult broken = RunProgram(kProgram, {"diff", cut, cut});
+  EXPECT_EQ(broken.exitCode, 2u);
+  EXPECT_EQ(broken.output, "");
+  EXPECT_EQ(broken.errors, "tarnwick: " + cut + ":2:9: the text ends too early; it was cut\n");
+  const ProgramResult missing = RunProgram(kProgram, {"diff", cut + "x", cut});
+  EXPECT_EQ(missing.exitCode, 2u);
+  EXPECT_EQ(missing.errors, "tarnwick: " + cut + "x does not exist; check the path\n");
+}
+
+TEST(HostProgram, ADiffOfTwoMachinesSaysSo) {
+  desktop::Desktop world = OneGame();
+  for (const char* machine : {"one", "two"})
+    world.File(kFolder + "\\" + machine,
+               RunProgram(kProgram, {"scan", kCatalogue, "--format", "ndjson", "--machine", machine}).output);
+  const ProgramResult result = RunProgram(kProgram, {"diff", kFolder + "\\one", kFolder + "\\two"});
+  EXPECT_EQ(result.exitCode, 0u);
+  EXPECT_EQ(result.errors, "tarnwick: the scans are of two machines, one and two\n");
 }
 
 TEST(HostProgram, LaunchersThatAreRecognisedAndNotReadAreNamedUnderTheTable) {
@@ -395,7 +460,7 @@ TEST(HostProgram, APageBehindTheEndIsExplainedInEveryFormat) {
   const desktop::Desktop world = Applications(42);
   const std::string line = "tarnwick: there is no page 9: 41 applications make 3 pages of 20\n";
   const std::pair<const char*, const char*> empty[] = {
-      {"json", "[]\n"}, {"ndjson", ""}, {"csv", "name,publisher,version,loc,date,sizeKB,icon\r\n"}};
+      {"json", "[]\n"}, {"csv", "name,publisher,version,loc,date,sizeKB,icon\r\n"}};
   for (const auto& [format, output] : empty) {
     const ProgramResult result =
         RunProgram(kProgram, {"apps", "--filter", "serienmacher", "--page", "9", "--format", format});
@@ -403,6 +468,10 @@ TEST(HostProgram, APageBehindTheEndIsExplainedInEveryFormat) {
     EXPECT_EQ(result.errors, line) << format;
     EXPECT_EQ(result.output, output) << format;
   }
+  const ProgramResult lines =
+      RunProgram(kProgram, {"apps", "--filter", "serienmacher", "--page", "9", "--format", "ndjson"});
+  EXPECT_EQ(lines.errors, line);
+  EXPECT_THAT(lines.output, AllOf(StartsWith(R"({"kind":"apps",)"), HasSubstr(R"(,"lines":0,)")));
   const ProgramResult page =
       RunProgram(kProgram, {"apps", "--filter", "serienmacher", "--page", "9", "--format", "html"});
   EXPECT_EQ(page.exitCode, 0u);
@@ -430,10 +499,11 @@ TEST(HostProgram, AppsAndFindWriteLinesAndCommaSeparatedValues) {
             "name,publisher,version,loc,exeName,date,sizeKB,icon\r\n"
             "Werkzeug Ä,Hostmacher,1.2.3," +
                 loc + ",tool.exe,,0,\r\n");
-  EXPECT_EQ(run(apps, {"ndjson"}),
-            R"({"name":"Werkzeug Ä","publisher":"Hostmacher","version":"1.2.3",)"
-            R"("loc":"C:\\TarnwickTest\\Host\\Werkzeug Ä\\tool.exe","date":"","sizeKB":0,"icon":""})"
-            "\n");
+  EXPECT_THAT(
+      run(apps, {"ndjson"}),
+      StartsWith(R"({"name":"Werkzeug Ä","publisher":"Hostmacher","version":"1.2.3",)"
+                 R"("loc":"C:\\TarnwickTest\\Host\\Werkzeug Ä\\tool.exe","date":"","sizeKB":0,"icon":"",)"
+                 R"("kind":"application","form":1,)"));
   EXPECT_THAT(run({"find", kFolder + R"(\request.json)", "--no-icons", "--format"}, {"csv"}),
               EndsWith("\r\n\"'=1+1, \\u00e9\",Hostmacher,1.2.3," + loc + ",,0,\r\n"));
 }

@@ -42,7 +42,7 @@ Ran Tarnwick(const std::vector<std::string>& arguments) {
     Options options;
     int exitCode = kExitSuccess;
     if (!ParseOptions(arguments, options, exitCode)) return exitCode;
-    return options.command == "fix" ? RunCatalogueFix(options) : RunCatalogueCheck(options);
+    return options.command == "catalogue fix" ? RunCatalogueFix(options) : RunCatalogueCheck(options);
   });
   ran.output = output.Text();
   ran.errors = errors.Text();

@@ -196,6 +196,20 @@ TEST(HostOptions, ExplainWantsANameAndTakesACatalogue) {
   EXPECT_THAT(UsageError({"explain", "Foo", "--format", "csv"}), HasSubstr("csv"));
 }
 
+TEST(HostOptions, ACommandIsAllOfItsWords) {
+  EXPECT_EQ(Parse({"diff", "a", "b"}).options.command, "diff");
+  EXPECT_EQ(Parse({"catalogue", "diff", "a", "b"}).options.command, "catalogue diff");
+  EXPECT_EQ(Parse({"catalogue", "import", "steam"}).options.command, "catalogue import steam");
+}
+
+TEST(HostOptions, TheMachinesNameIsGivenOrLeftOut) {
+  EXPECT_EQ(Parse({"scan", "--machine", "desk-7"}).options.machine, "desk-7");
+  EXPECT_TRUE(Parse({"apps", "--no-machine"}).options.noMachine);
+  EXPECT_THAT(UsageError({"scan", "--machine", "a", "--no-machine"}), HasSubstr("--no-machine"));
+  EXPECT_THAT(UsageError({"scan", "--machine", ""}), HasSubstr("is empty"));
+  EXPECT_THAT(UsageError({"scan", "--icons", "--no-icons"}), HasSubstr("--icons"));
+}
+
 TEST(HostOptions, HelpThatCanNotBeWrittenIsAnError) {
   tests::StandardStream output(STD_OUTPUT_HANDLE);
   output.LoseReader();
