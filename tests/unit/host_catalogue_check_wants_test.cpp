@@ -1,5 +1,7 @@
 #include "host/catalogue/check_wants.h"
 
+#include "core/strategy_wants.h"
+
 #include <gmock/gmock.h>
 
 namespace tarnwick::host {
@@ -44,6 +46,18 @@ TEST(CatalogueCheckWants, AZeroGuidIsNone) {
   EXPECT_FALSE(IsEverTested(game));
   game.GameGUID.back() = '1';
   EXPECT_TRUE(IsEverTested(game));
+}
+
+// The game explorer's entry brings the executable, so a record of a GUID alone is found there.
+TEST(CatalogueCheckWants, AGuidAloneIsTestedWhateverTheSource) {
+  for (const int32_t source : {kSourceNone, kSourceDirect, kSourceSteam}) {
+    GameSignature game = Game(source);
+    game.DefaultExe = "a.exe";
+    EXPECT_FALSE(IsEverTested(game));
+    game.GameGUID = "7A11D3C0-0000-4000-8000-000000000001";
+    EXPECT_TRUE(IsEverTested(game));
+    EXPECT_EQ(WhyNotTaken(WantsOf("GameUX Registry Search"), game), "");
+  }
 }
 
 TEST(CatalogueCheckWants, NamesWhatTheNearestStrategiesLack) {
