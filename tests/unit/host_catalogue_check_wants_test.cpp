@@ -65,6 +65,12 @@ TEST(CatalogueCheckWants, NamesWhatTheNearestStrategiesLack) {
   EXPECT_THAT(WhatWouldTest(game), HasSubstr("RunningExe (Riot Platform Search)"));
   game.RegistryKey = "HKEY_LOCAL_MACHINE\\A";
   EXPECT_THAT(WhatWouldTest(game), HasSubstr("RegistryPathKeyName (Registry Search Scan)"));
+  // One scan leaves records that name a value to the other.
+  game = Game(kSourceNone);
+  game.DefaultExe = "a.exe";
+  game.RegistryPathKeyName = "Path";
+  EXPECT_THAT(WhatWouldTest(game), HasSubstr("RegistryKey (Registry Search Scan)"));
+  EXPECT_THAT(WhatWouldTest(game), testing::Not(HasSubstr("Default Registry Scan")));
 }
 
 }  // namespace
