@@ -14,6 +14,7 @@ from collections import Counter
 COLUMNS = ("DisplayName SourceEx SourceExId DefaultExe DefaultFolderExe DefaultFolder RegistryKey RegistryPathKeyName "
            "GameGUID GameInfo LaunchUrl RunningExe").split()
 SOURCES = "STEAM EPIC GOG UPLAY EA UWP BATTLENET RIOT DIRECT MIHOYO ARC BETHESDA".split()
+ARC_KEY = "HKEY_LOCAL_MACHINE\\SOFTWARE\\Perfect World Entertainment\\Core\\"
 HIVES = ("HKEY_LOCAL_MACHINE\\", "HKEY_CURRENT_USER\\")
 CHECKED = {
     "ids": {"list", "launcher", "known"},
@@ -32,6 +33,7 @@ NEEDED = {
     "BATTLENET": [("SourceExId",)],
     "RIOT": [("RunningExe",)],
     "MIHOYO": [("SourceExId",)],
+    "ARC": [("RegistryKey",)],
     "BETHESDA": [("LaunchUrl",), REGISTRY],
 }
 OTHERWISE = [REGISTRY, ("DefaultFolder",), ("GameGUID",)]
@@ -78,6 +80,8 @@ def form_faults(record):
         yield "a launch URL in a Steam record"
     if record["SourceEx"] == "EPIC" and f"/apps/{record['SourceExId']}?" not in record["LaunchUrl"]:
         yield "the launch URL isn't that of the id"
+    if record["SourceEx"] == "ARC" and (not record["RegistryKey"].startswith(ARC_KEY) or record["RegistryPathKeyName"]):
+        yield "not the key that Arc's own strategy compares, alone"
     if record["RegistryKey"] and not record["RegistryKey"].startswith(HIVES):
         yield f"no hive in long form: {record['RegistryKey']}"
     if set(record["GameGUID"]) & set("{}"):

@@ -1,6 +1,7 @@
 #include "host/catalogue_file.h"
 
 #include <fmt/format.h>
+#include <windows.h>
 
 #include <filesystem>
 #include <stdexcept>
@@ -19,6 +20,7 @@ namespace tarnwick::host {
 namespace {
 
 constexpr const char* kDefaultNames[] = {"MasterGameList_decrypted.xml", "MasterGameList.xml"};
+constexpr const char* kStarterName = "MasterGameList.xml";
 
 size_t CountOf(std::string_view text, std::string_view part) {
   size_t count = 0;
@@ -57,6 +59,25 @@ std::string ExplainNoRecords(const std::string& path, const CatalogueFile& file)
          " not a catalogue: it holds no <GameSignature>; name a list of games";
 }
 
+bool IsThere(const std::filesystem::path& path) {
+  std::error_code ignored;
+  return std::filesystem::exists(path, ignored);
+}
+
+// Of the library's own two names, the first that the current folder has; empty for neither.
+std::string CatalogueHere() {
+  for (const char* name : kDefaultNames) {
+    if (IsThere(name)) return name;
+  }
+  return {};
+}
+
+std::filesystem::path ProgramFolder() {
+  std::wstring program(32768, L'\0');
+  program.resize(GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size())));
+  return std::filesystem::path(program).parent_path();
+}
+
 }  // namespace
 
 CatalogueFile InspectCatalogue(const std::string& path) {
@@ -80,12 +101,15 @@ std::string CatalogueWarning(const std::string& path, const CatalogueFile& file)
   return whole ? std::string() : Counts(path, file);
 }
 
+std::string StarterCatalogue(const std::string& named) {
+  if (!named.empty() || !CatalogueHere().empty()) return {};
+  const std::filesystem::path starter = ProgramFolder() / kStarterName;
+  return IsThere(starter) ? Narrow(starter.wstring()) : std::string();
+}
+
 std::string CatalogueToScan(const std::string& named) {
   if (!named.empty()) return named;
-  for (const char* name : kDefaultNames) {
-    std::error_code ignored;
-    if (std::filesystem::exists(name, ignored)) return name;
-  }
+  if (std::string here = CatalogueHere(); !here.empty()) return here;
   throw std::runtime_error(fmt::format("there is no {} and no {} in the current folder; name a catalogue",
                                        kDefaultNames[0], kDefaultNames[1]));
 }

@@ -24,6 +24,10 @@ CatalogueFile InspectCatalogue(const std::string& path);
 // otherwise empty.
 std::string CatalogueWarning(const std::string& path, const CatalogueFile& file);
 
+// The starter catalogue that lies beside the program, where it is to be used: if no catalogue is named, the
+// current folder has neither of the library's two names, and it is there. Otherwise empty.
+std::string StarterCatalogue(const std::string& named);
+
 // The file that a scan takes: the named one or, where none was named, the first of the library's own two
 // names that the current folder has. Throws std::runtime_error if it has neither.
 std::string CatalogueToScan(const std::string& named);

@@ -17,7 +17,8 @@ Capture CaptureWithLog(const Options& options, const std::string& catalogue) {
 
 }  // namespace
 
-int RunCapture(const Options& options) {
+int RunCapture(const Options& asked) {
+  const Options options = WithStarterCatalogue(asked);
   const Capture capture = CaptureWithLog(options, CheckedCatalogue(options));
   ReportLine(CountsLine(capture));
   WriteResult(options.output, options.list ? CaptureList(capture.machine) : CaptureJson(capture.machine));

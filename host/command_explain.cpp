@@ -20,7 +20,8 @@ bool IsPath(const std::string& text) {
   return drive || text.find('\\') != std::string::npos;
 }
 
-ObservedScan ScanWithLog(const Options& options) {
+ObservedScan ScanWithLog(const Options& asked) {
+  const Options options = WithStarterCatalogue(asked);
   CheckedCatalogue(options);
   ScanListener listener(options);
   return ObserveScan(options.catalogue, [&](const LogEntry& entry) { listener.Hear(entry); });

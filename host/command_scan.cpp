@@ -91,7 +91,8 @@ int WritePage(const Options& options, const std::string& catalogue) {
 
 }  // namespace
 
-int RunScan(const Options& options) {
+int RunScan(const Options& asked) {
+  const Options options = WithStarterCatalogue(asked);
   const std::string catalogue = CheckedCatalogue(options);
   return options.format == Format::kHtml ? WritePage(options, catalogue) : WriteGames(options, catalogue);
 }

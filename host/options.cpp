@@ -118,7 +118,7 @@ void AddCatalogueArgument(CLI::App& command, Options& options) {
   command.add_option(
       "CATALOGUE", options.catalogue,
       "The catalogue file; without it MasterGameList_decrypted.xml or MasterGameList.xml in the current "
-      "folder is used");
+      "folder is used, or else the starter catalogue that came with the program");
 }
 
 void AddScan(CLI::App& app, Options& options) {

@@ -9,6 +9,15 @@
 
 namespace tarnwick::host {
 
+Options WithStarterCatalogue(Options options) {
+  const std::string starter = StarterCatalogue(options.catalogue);
+  if (starter.empty()) return options;
+  ReportLine("no catalogue was named, and none is in the current folder; using the starter catalogue " +
+             starter);
+  options.catalogue = starter;
+  return options;
+}
+
 std::string CheckedCatalogue(const Options& options) {
   const std::string path = CatalogueToScan(options.catalogue);
   const CatalogueFile file = InspectCatalogue(path);

@@ -10,6 +10,10 @@
 
 namespace tarnwick::host {
 
+// The same options, with the starter catalogue beside the program as the named one where it is to be used;
+// then one line on the standard error says so. The library itself never takes it.
+Options WithStarterCatalogue(Options options);
+
 // The catalogue that the library will take, as its path. Throws std::runtime_error for one that the library
 // would answer with an empty list, or with another catalogue's games; says on the standard error where not all
 // of it can be read.

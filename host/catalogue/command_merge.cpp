@@ -9,6 +9,7 @@
 #include "host/failure.h"
 #include "host/list_formats.h"
 #include "host/presentation.h"
+#include "host/scan_listener.h"
 #include "host/text_width.h"
 
 #include <fmt/format.h>
@@ -128,7 +129,7 @@ int RunCatalogueDiff(const Options& options) {
 }
 
 int RunCatalogueShow(const Options& options) {
-  const std::string path = CatalogueToScan(options.catalogue);
+  const std::string path = CatalogueToScan(WithStarterCatalogue(options).catalogue);
   const GameList found = RecordsNamed(ReadCatalogueRecords(path), options.input);
   WriteResult(
       "", options.format == Format::kJson ? FormatRows(RowsOf(found), {}, Format::kJson) : PlainText(found));

@@ -24,6 +24,14 @@ SAMPLE = SOURCE / "desktop" / "samples" / "sample-desktop.json"
 CATALOGUE = r"C:\TarnwickDemo\MasterGameList.xml"
 EXECUTABLE = r"C:\Program Files\Fernpad\fernpad.exe"
 REQUEST = [{"name": "Mine", "exeName": "fernpad.exe", "exePath": "bin"}, {"exeName": "mail.exe"}]
+FAULTY_CATALOGUE = """<A>
+<GameSignature><DisplayName>Wren</DisplayName><GameGUID>{7A11D3C0-0000-4000-8000-000000000001}</GameGUID></GameSignature>
+<GameSignature><SourceEx>GOG Galaxy</SourceEx><DisplayName>Fernpad</DisplayName></GameSignature>
+<GameSignature><Wings>2</Wings><GameGUID>7A11D3C0-0000-4000-8000-000000000002</GameGUID></GameSignature>
+</A>
+"""
+CLEAN_CATALOGUE = ("<A><GameSignature><DefaultExe>wren.exe</DefaultExe><DefaultFolder>C:\\Games\\Wren</DefaultFolder>"
+                   "<DisplayName>Wren</DisplayName></GameSignature></A>\n")
 WINE = [] if os.name == "nt" else ["wine"]
 
 TARNWICK = DESKTOP = ANSWERS = None
@@ -374,6 +382,33 @@ class Program(unittest.TestCase):
             refuses_spoilt(self, [max(capture[section], key=len)], {**its_schema, "minItems": 1})
         listed = tarnwick("capture", CATALOGUE, "--list").splitlines()
         self.assertEqual(len(listed), sum(len(capture[name]) for name in capture if name != "capture"))
+
+    def checked_catalogue(self, text, *options):
+        """What the check of a catalogue with this text finds, and its exit code."""
+        path = pathlib.Path(FOLDER.name) / "checked.xml"
+        path.write_text(text, encoding="utf-8")
+        result = start(TARNWICK, "catalogue", "check", path, "--format", "json", *options)
+        self.assertEqual(result.stdout.count(b"\n"), 1)
+        findings = json.loads(result.stdout.decode("utf-8"))
+        check(findings, schema("catalogue-check"))
+        return findings, result.returncode
+
+    def test_catalogue_check(self):
+        findings, code = self.checked_catalogue(FAULTY_CATALOGUE)
+        self.assertEqual(code, 1)
+        self.assertEqual([(found["line"], found["column"], found["severity"], found["code"], found["record"])
+                          for found in findings],
+                         [(2, 57, "warning", "TC108", "Wren"), (3, 26, "error", "TC009", "Fernpad"),
+                          (4, 1, "error", "TC013", ""), (4, 16, "warning", "TC107", "")])
+        refuses_spoilt(self, findings, schema("catalogue-check"))
+        for wrong in ({"line": 0}, {"column": 0}, {"severity": "hint"}, {"code": "TC9"}):
+            with self.assertRaises(jsonschema.ValidationError):
+                check([{**findings[0], **wrong}], schema("catalogue-check"))
+        strict, code = self.checked_catalogue(FAULTY_CATALOGUE, "--strict")
+        self.assertEqual((strict, code), ([{**found, "severity": "error"} for found in findings], 1))
+
+    def test_catalogue_check_of_a_clean_one(self):
+        self.assertEqual(self.checked_catalogue(CLEAN_CATALOGUE, "--strict"), ([], 0))
 
     def test_empty_lists_have_the_shape_of_full_ones(self):
         nothing = ("apps", "--filter", "no application of this name")

@@ -78,6 +78,14 @@ TEST_F(CatalogueRecords, AFaultOfACsvFileIsOneLineWithItsPlaceAndNothingIsWritte
               HasSubstr("is the file that is read"));
 }
 
+TEST_F(CatalogueRecords, ThatTheLibraryDoesNotReadAreWarnedOf) {
+  File("a.xml", "<GameSignature><DisplayName>Wren</DisplayName></GameSignature><GameSignature>");
+  const ProgramResult made = Run({"to-csv", "a.xml", "-o", "a.csv"});
+  EXPECT_EQ(made.exitCode, 0u);
+  EXPECT_EQ(made.errors,
+            "tarnwick: a.xml opens 2 records, closes 1; the library read 1\ntarnwick: 1 record written\n");
+}
+
 TEST_F(CatalogueRecords, AFileOfHundredsOfMegabytesIsRefusedUnread) {
   world_.SparseFile(kFolder + R"(\huge.csv)", uint64_t{500} << 20);
   EXPECT_THAT(Run({"from-csv", "huge.csv", "-o", "x.xml"}).errors, HasSubstr("huge.csv has 500 MB"));

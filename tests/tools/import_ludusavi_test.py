@@ -205,6 +205,22 @@ Wren:
         self.assertEqual([line["SourceExId"] for line in lines], ["70;80", "71", "72"])
         self.assertEqual((taken["titles"], taken["STEAM"]), (1, 3))
 
+    def test_an_id_is_a_number_as_stores_write_it(self):
+        for bad in ("070", "0", "-70", "7_0", "7" * 20, "0x46"):
+            _, _, left = lines_of(f'Wren:\n  gog: {{id: "{bad}"}}\n')
+            self.assertEqual(left["no id at Steam or GOG"], 1, bad)
+
+    def test_of_a_key_that_stands_twice_the_last_counts(self):
+        lines, _, _ = lines_of("Wren:\n  gog: {id: 7}\n  gog: {id: 8}\n")
+        self.assertEqual([line["SourceExId"] for line in lines], ["8"])
+
+    def test_of_several_install_folders_none_is_guessed(self):
+        manifest = "Wren:\n  launch: {{<base>/w.exe: [{{}}]}}\n  steam: {{id: 70}}\n  installDir: {}\n"
+        for folders, folder in (("{Wren: {}}", tool.STEAM_LIBRARY + "Wren"), ("{Wren: {}, Wren2: {}}", ""),
+                                ("{a/b: {}}", ""), ("{'..': {}}", ""), ("{}", "")):
+            lines, _, _ = lines_of(manifest.format(folders))
+            self.assertEqual(lines[0]["DefaultFolder@STEAM"], folder, folders)
+
     def test_says_what_was_left_and_why(self):
         _, taken, left = lines_of("""
 Wren: {alias: Owl}
@@ -276,6 +292,18 @@ class Faults(unittest.TestCase):
             done = subprocess.run([TOOL, manifest, "-o", output], capture_output=True, check=False)
             self.assertEqual(done.returncode, 1)
             self.assertEqual([path.name for path in pathlib.Path(folder).iterdir()], ["m.yaml"])
+
+    def test_a_file_of_hundreds_of_megabytes_is_refused_unread(self):
+        with tempfile.TemporaryDirectory() as folder:
+            manifest = pathlib.Path(folder, "m.yaml")
+            for size, refused in ((tool.MOST_BYTES + 1, True), (tool.MOST_BYTES, False)):
+                with manifest.open("wb") as file:
+                    file.truncate(size)
+                if refused:
+                    with self.assertRaisesRegex(tool.BadManifest, "more than 256 MB"):
+                        tool.open_manifest(manifest)
+                else:
+                    tool.open_manifest(manifest).close()
 
     def test_a_missing_file_is_named(self):
         done = subprocess.run([TOOL, "/no/such.yaml"], capture_output=True, check=False)

@@ -24,6 +24,12 @@ TEST(CatalogueCheckCharacters, FindsTheFirstBadReference) {
     EXPECT_EQ(FaultIn(text), 3u) << text;
 }
 
+// What isn't closed hides all behind it; the parser tells of that itself.
+TEST(CatalogueCheckCharacters, LooksForNoReferenceInAnOpenSection) {
+  for (const char* text : {"<A><!-- & ", "<A><![CDATA[ & ", "<A><?a & "})
+    EXPECT_EQ(FaultIn(text), std::string::npos) << text;
+}
+
 TEST(CatalogueCheckCharacters, FindsControlCharactersAndALateDeclaration) {
   EXPECT_EQ(FaultIn("<A>\x01"), 3u);
   EXPECT_EQ(FaultIn("\n<?xml version=\"1.0\"?><A/>"), 1u);

@@ -1,6 +1,7 @@
 // tarnwick catalogue check and fix, from the command line to their output.
 #include "catalogue/decipher.h"
 #include "desktop/desktop.h"
+#include "host/catalogue/check_file.h"
 #include "host/catalogue/check_text.h"
 #include "host/commands.h"
 #include "host/console.h"
@@ -119,12 +120,21 @@ TEST(CatalogueCheckCommand, AWrongCommandLineGives2AndAMissingFile1) {
   EXPECT_THAT(ran.errors, HasSubstr("does not exist"));
 }
 
+TEST(CatalogueCheckCommand, OfFaultsOfTheXmlTheFirstIsTold) {
+  const std::string text = "<A><B></C> & </A>" + GoodRecord();
+  const Findings findings = CheckWholeText(text);
+  ASSERT_EQ(findings.list.size(), 1u);
+  EXPECT_EQ(findings.list.front().check, kNotWellFormed);
+  EXPECT_LT(findings.list.front().at, text.find('&'));
+}
+
 TEST(CatalogueCheckCommand, AFileBeyondTheLimitIsNotRead) {
   const desktop::Desktop world = World("x");
   std::filesystem::resize_file(std::filesystem::path(Widen(kFile)), 500u << 20);
   EXPECT_THAT(Tarnwick({"catalogue", "check", kFile}).output,
               HasSubstr("error[TC016]: the file has 500 MiB; at most 64 MiB"));
   EXPECT_THAT(Tarnwick({"catalogue", "fix", kFile, "-o", kOut}).errors, HasSubstr("500 MiB"));
+  EXPECT_EQ(ReadCatalogueText(kFile).text, "");
 }
 
 TEST(CatalogueFixCommand, SaysWhatItDidAndWhatIsLeft) {

@@ -34,7 +34,8 @@ TEST(CatalogueCheckLayout, FindsWhatTheLibraryReadsOfEachTrap) {
   for (const char* inside :
        {"<DefaultExe32>a</DefaultExe32><DefaultExe>b</DefaultExe>",
         "<DefaultExe32 i:nil=\"true\"/><DefaultExe>b</DefaultExe>",
-        "<DisplayName x=\"</DisplayName>\">A</DisplayName>", "<DisplayName x=\"a/>b\">A</DisplayName>",
+        "<DisplayName i:nil=\"true\">A</DisplayName>", "<DisplayName x=\"</DisplayName>\">A</DisplayName>",
+        "<DisplayName x=\"a/>b\">A</DisplayName>",
         "<DisplayName>A</DisplayName ><DisplayName>B</DisplayName>", "<DisplayName>A", "<DisplayName",
         "<DisplayName<RegistryKey>A</RegistryKey></DisplayName>",
         "<GameSignature><DisplayName>A</DisplayName>", "<DisplayName/>A</DisplayName>",
@@ -46,6 +47,17 @@ TEST(CatalogueCheckLayout, FindsWhatTheLibraryReadsOfEachTrap) {
 TEST(CatalogueCheckLayout, FindsWhatTheLibraryReadsOfEachBeginning) {
   const std::string text = tests::CatalogueSample(2, tests::SampleStyle::kRough).text();
   for (size_t length = 0; length <= text.size(); ++length) ExpectAsTheLibrary(text.substr(0, length));
+}
+
+TEST(CatalogueCheckLayout, AnEmptyElementBehindALongerNameHasNoTextOfItsOwn) {
+  for (const char* own : {"<DefaultExe/>", "<DefaultExe i:nil=\"true\">c</DefaultExe>"}) {
+    const std::string text =
+        tests::RecordOf("<DefaultExe32>a</DefaultExe32>" + std::string(own) + "<DefaultExe>b</DefaultExe>");
+    RecordPlace place;
+    ASSERT_TRUE(NextRecord(text, 0, place));
+    EXPECT_EQ(place.elements[3].own, text.find(own));
+    EXPECT_FALSE(OwnText(text, place, 3).Exists()) << own;
+  }
 }
 
 TEST(CatalogueCheckLayout, GivesThePlacesOfTextsAndTags) {

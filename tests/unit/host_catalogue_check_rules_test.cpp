@@ -200,6 +200,8 @@ TEST(CatalogueCheckRules, TC113UrlOfAnotherSource) {
   EXPECT_THAT(ChecksOf(WithUrl("STEAM", "steam://run/571")), ElementsAre(kForeignUrl));
   EXPECT_THAT(ChecksOf(WithUrl("BETHESDA", "bethesdanet://run/")), ElementsAre(kForeignUrl));
   EXPECT_THAT(ChecksOf(WithUrl("EPIC", "com.epicgames.launcher://apps/Fern")), ElementsAre(kForeignUrl));
+  EXPECT_THAT(ChecksOf(WithUrl("EPIC", "com.epicgames.launcher://apps/F?action=launch&amp;silent=false")),
+              ElementsAre(kForeignUrl));
   EXPECT_THAT(ChecksOf(WithUrl("STEAM", "steam://run/570")), IsEmpty());
   EXPECT_THAT(ChecksOf(WithUrl("EPIC", "com.epicgames.launcher://apps/F?action=launch&amp;silent=true")),
               IsEmpty());

@@ -117,6 +117,9 @@ TEST(CatalogueCheckText, TC117CommentsThatHideNothing) {
   EXPECT_THAT(ChecksOf(CatalogueOf("<!-- " + other + GoodRecord() + " -->")), ElementsAre(kReadInComment));
   EXPECT_THAT(ChecksOf(CatalogueOf(GoodRecord("<!-- " + Element("RunningExe", "a.exe") + "-->"))),
               ElementsAre(kReadInComment));
+  EXPECT_THAT(ChecksOf(CatalogueOf(
+                  GoodRecord("<!-- checked 2024 --><!-- " + Element("RunningExe", "a.exe") + "-->"))),
+              ElementsAre(kReadInComment));
   EXPECT_THAT(
       ChecksOf(CatalogueOf("<!-- a --><!-- b -->" + GoodRecord("<!-- checked 2024 -->") + "<!-- c -->")),
       IsEmpty());

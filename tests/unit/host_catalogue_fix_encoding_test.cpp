@@ -29,7 +29,7 @@ TEST(CatalogueFixEncoding, ConvertsUtf16OfBothOrdersAndDeclaresUtf8) {
 }
 
 TEST(CatalogueFixEncoding, LeavesUtf16ThatWouldNotConvertWhole) {
-  const std::string lone = Utf16(u"<A>", false) + std::string("\x00\xD8", 2) + Utf16(u"</A>", false);
+  const std::string lone = Utf16(u"\uFEFF<A>", false) + std::string("\x00\xD8", 2) + Utf16(u"</A>", false);
   EXPECT_EQ(FixEncoding(lone).text, lone);
   const std::string odd = Utf16(u"\uFEFF<A/>", false) + "x";
   EXPECT_EQ(FixEncoding(odd).text, odd);

@@ -63,6 +63,22 @@ TEST(CatalogueFixText, LeavesOutRecordsThatEqualAnEarlierOne) {
   EXPECT_EQ(Fixed(a + GoodRecord("<RunningExe/>", "&#70;ernpad")), a);
 }
 
+TEST(CatalogueFixText, LeavesOutTheLineOfALeftRecordWholeWhateverItsEnd) {
+  const std::string a = GoodRecord();
+  EXPECT_EQ(Fixed("<G>\r\n " + a + "\r\n " + a + "\r\n</G>"), "<G>\r\n " + a + "\r\n</G>");
+}
+
+TEST(CatalogueFixText, LeavesOutARecordThatEqualsOneWhichItDoesNotTouch) {
+  const std::string untouched = RecordOf("text" + Element("DisplayName", "A"));
+  EXPECT_EQ(Fixed(untouched + RecordOf(Element("DisplayName", "A"))), untouched);
+}
+
+TEST(CatalogueFixText, TellsRecordsApartWhoseTextsEndElsewhere) {
+  const std::string both = RecordOf(Element("DisplayName", "A&#32;&#32;") + Element("RegistryKey", "B")) +
+                           RecordOf(Element("DisplayName", "A") + Element("RegistryKey", "&#32;&#32;B"));
+  EXPECT_EQ(Fixed(both), both);
+}
+
 TEST(CatalogueFixText, KeepsRecordsThatDifferOrSayMore) {
   const std::string a = GoodRecord();
   for (const std::string& other : {GoodRecord(Element("RunningExe", "a.exe")), GoodRecord("<!-- why -->"),

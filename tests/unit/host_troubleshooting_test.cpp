@@ -4,6 +4,8 @@
 #include "desktop/desktop.h"
 #include "desktop/steam_files.h"
 #include "foundation/machine/known_folders.h"
+#include "host/catalogue/check_codes.h"
+#include "host/catalogue/check_file.h"
 #include "host/explain/explanation.h"
 #include "host/explain/explanation_text.h"
 #include "host/explain/path_explanation.h"
@@ -143,6 +145,14 @@ std::string FoundAt(const std::string& name) {
     if (game.name == name && found) return game.path;
   }
   return {};
+}
+
+// What the check of a catalogue finds in these records.
+Lines Codes(const GameList& games) {
+  Lines codes;
+  for (const host::Finding& finding : host::CheckWholeText(common::CatalogueText(games)).list)
+    codes.emplace_back(host::RowOf(finding.check).code);
+  return codes;
 }
 
 size_t EntriesAt(const std::string& path) {
@@ -329,6 +339,10 @@ TEST_F(HostTroubleshooting, TheGameIsListedTwice) {
   record.LaunchUrl = "steam://run/9770034";
   Catalogue({record});
   EXPECT_EQ(EntriesAt(game), 1u);
+  EXPECT_THAT(Codes({record}), ElementsAre("TC113"));
+  Catalogue({SteamSignature("9770034", "Glass Heron", "heron.exe")});
+  EXPECT_EQ(EntriesAt(game), 1u);
+  EXPECT_THAT(Codes({SteamSignature("9770034", "Glass Heron", "heron.exe")}), testing::IsEmpty());
 }
 
 }  // namespace
