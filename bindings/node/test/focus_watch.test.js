@@ -72,6 +72,17 @@ test('a process has one watch, whoever loaded the library', () => withWatch(asyn
   await next.stop();
 }));
 
+test('another copy of the package sees the watch', () => withWatch(async () => {
+  const files = Object.keys(require.cache).filter((file) => file.includes('\\node_modules\\tarnwick\\'));
+  assert.strictEqual(files.length, 6);
+  for (const file of files) delete require.cache[file];
+  const copy = require('tarnwick');
+  assert.notStrictEqual(copy.load, load);
+  const library = copy.load(STAND_IN);
+  assert.throws(() => library.watchFocus(OPTIONS), { name: 'TarnwickError', code: 'WATCH_RUNNING' });
+  await library.close();
+}));
+
 test('a refused watch leaves the running one to be closed', () => withLibrary(async (library) => {
   const watch = library.watchFocus(OPTIONS);
   await fails(() => library.watchFocus(OPTIONS), 'WATCH_RUNNING', /already runs/);
