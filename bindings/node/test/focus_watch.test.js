@@ -83,6 +83,15 @@ test('another copy of the package sees the watch', () => withWatch(async () => {
   await library.close();
 }));
 
+test('the end of the process silences the watch', () => withWatch(async (watch) => {
+  await once(watch, 'change');
+  process.listeners('exit').pop()();
+  // One change may be under way.
+  await new Promise((resolve) => setTimeout(resolve, 2 * SHORTEST_INTERVAL));
+  watch.on('change', () => assert.fail('told after the end'));
+  await new Promise((resolve) => setTimeout(resolve, 3 * SHORTEST_INTERVAL));
+}));
+
 test('a refused watch leaves the running one to be closed', () => withLibrary(async (library) => {
   const watch = library.watchFocus(OPTIONS);
   await fails(() => library.watchFocus(OPTIONS), 'WATCH_RUNNING', /already runs/);
