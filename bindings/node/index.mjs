@@ -1,0 +1,3 @@
+import tarnwick from './index.js';
+
+export const { load, TarnwickError } = tarnwick;
