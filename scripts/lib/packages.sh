@@ -11,11 +11,18 @@ TARNWICK_BUILD_PACKAGES=(
 # Running it on this machine.
 TARNWICK_RUN_PACKAGES=(wine wine64 xvfb)
 # The tests beside that: sanitizers and fuzz targets, benches, the page in a browser, terminals, schemas, the scripts
-# themselves.
+# themselves, the manual page.
 TARNWICK_TEST_PACKAGES=(
   clang-19 libclang-rt-19-dev clang-format-19 clang-tidy-19 lld-19 llvm-19 libbenchmark-dev libpugixml-dev
   chromium chromium-driver python3 python3-selenium python3-pyte python3-jsonschema python3-pil python3-yaml
   shellcheck python3-markdown-it python3-mdit-py-plugins
+  man-db groff-base mandoc
+)
+# The bindings: C# and Python, Rust with the crates that it stands on. Node.js is got by ensure_node.
+TARNWICK_BINDING_PACKAGES=(
+  mono-mcs mono-runtime mypy
+  rustc cargo rustfmt rust-clippy libstd-rust-dev-windows
+  librust-libloading-dev librust-serde-dev librust-serde-derive-dev librust-serde-json-dev
 )
 
 say() { printf '== %s\n' "$*"; }
