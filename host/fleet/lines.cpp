@@ -9,6 +9,7 @@
 #include "host/console.h"
 #include "host/machine_name.h"
 #include "host/presentation.h"
+#include "tarnwick/version.h"
 
 namespace tarnwick::host {
 namespace {

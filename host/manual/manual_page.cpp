@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include "tarnwick/version.h"
+
 namespace tarnwick::host {
 namespace {
 

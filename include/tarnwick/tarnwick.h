@@ -52,6 +52,8 @@
 #include <stdint.h>
 #include <wchar.h>
 
+#include "version.h"
+
 #if defined(_WIN32) && !defined(TARNWICK_BUILD)
 #define TARNWICK_API __declspec(dllimport)
 #else

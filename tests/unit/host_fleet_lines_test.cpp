@@ -2,6 +2,7 @@
 
 #include "host/fleet/game_sizes.h"
 #include "support/standard_stream.h"
+#include "tarnwick/version.h"
 
 #include <gmock/gmock.h>
 
