@@ -152,7 +152,7 @@ class Symbols(Unpacked):
         symbols = self.folder / "bin" / "Tarnwick.dll.debug"
         address = re.search(r"^(\w+) T IA_GetAppsJson$", run(MINGW + "nm", symbols), re.M)[1]
         found = run(MINGW + "addr2line", "-f", "-e", symbols, address)
-        self.assertRegex(found, r"^IA_GetAppsJson\n(build/\S*/)?src/inventory/app_exports\.cpp:\d+\n")
+        self.assertRegex(found, r"^IA_GetAppsJson\n(build/(\S*/)?)?src/inventory/app_exports\.cpp:\d+\n")
 
 
 class Versions(Unpacked):
